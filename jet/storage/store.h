@@ -1,0 +1,92 @@
+#pragma once
+
+#include "jet/database.h"
+#include "jet/storage/pager.h"
+#include "jet/storage/table.h"
+#include "jet/storage/usagemap.h"
+#include "jet/tabledef.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace jet {
+
+// A row of MSysObjects.
+struct CatalogueObject
+{
+    std::uint32_t id = 0;
+    std::uint32_t parent = 0;
+    std::string name;
+    int type = 0; // 1 table, 3 container, 4/6 linked table, 5 query, 8 relationship ...
+    std::uint32_t flags = 0;
+    DateTime created;
+    DateTime updated;
+    bool isLocalTable() const { return type == 1; }
+    bool isUserTable() const; // local, neither of the engine nor of Access itself
+};
+
+// Everything below SQL: pages, catalogue, tables and definition changes of one file.
+class Store
+{
+public:
+    static std::unique_ptr<Store> open(FileSystem& files, const std::filesystem::path& path,
+                                       OpenMode mode);
+    static std::unique_ptr<Store> create(FileSystem& files, const std::filesystem::path& path,
+                                         const CreateOptions& options);
+    ~Store();
+
+    Pager& pager();
+    PageAllocator& allocator();
+
+    const std::vector<CatalogueObject>& objects(); // re-read after a change
+    // Case-insensitive; null when there is no local table of that name.
+    Table* findTable(std::string_view name);
+    Table& table(std::string_view name); // throws Error (UnknownName)
+    TableDef describe(std::string_view name);
+    // Grows with every definition change and every rollback; prepared statements and
+    // virtual tables made under another number are stale.
+    std::uint64_t schemaVersion() const;
+
+    // Each requires an open statement (StatementScope).
+    void createTable(const TableDef& definition);
+    void dropTable(std::string_view name);
+    void appendField(std::string_view table, const Field& field);
+    void dropField(std::string_view table, std::string_view field);
+    void createIndex(std::string_view table, const Index& index);
+    void dropIndex(std::string_view table, std::string_view index);
+
+    // Nested transactions: only the outermost commit writes; a rollback at any depth undoes
+    // the whole, and the enclosing commits then throw Error.
+    void beginTransaction();
+    void commitTransaction();
+    void rollbackTransaction();
+    bool inTransaction() const;
+
+private:
+    friend class StatementScope;
+    struct Impl;
+    explicit Store(std::unique_ptr<Impl> impl);
+    std::unique_ptr<Impl> m_impl;
+};
+
+// One statement: atomic by itself, and a transaction of its own when none is open. Undoes
+// the statement's changes in the destructor unless done() was called.
+class StatementScope
+{
+public:
+    explicit StatementScope(Store& store);
+    StatementScope(const StatementScope&) = delete;
+    StatementScope& operator=(const StatementScope&) = delete;
+    ~StatementScope();
+    void done(); // keeps the changes; commits when the transaction is the statement's own
+
+private:
+    Store& m_store;
+    bool m_ownTransaction;
+    bool m_open = true;
+};
+
+} // namespace jet

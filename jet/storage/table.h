@@ -1,0 +1,123 @@
+#pragma once
+
+#include "jet/storage/definition.h"
+#include "jet/storage/pager.h"
+#include "jet/storage/types.h"
+#include "jet/storage/usagemap.h"
+#include "jet/value.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace jet {
+
+class Table;
+
+// One row as it lies on its page; reads single columns without decoding the others.
+// Valid while nothing changes the table.
+class RowView
+{
+public:
+    RowPointer pointer() const { return m_pointer; } // the row's identity (header row)
+
+    // `column` is a position in Definition::columns.
+    bool isNull(int column) const; // never for Boolean
+    Value value(int column) const; // long values are read whole
+    // Fast reads for numbers: Boolean (-1/0), Byte, Integer, Long. Requires !isNull(column).
+    std::int64_t integer(int column) const;
+    // Single, Double, Date, Currency (as a number). Requires !isNull(column).
+    double number(int column) const;
+    // Text and Memo as UTF-8, appended to `out`. Requires !isNull(column).
+    void text(int column, std::string& out) const;
+
+private:
+    friend class Table;
+    friend class TableScan;
+    const Table* m_table = nullptr;
+    RowPointer m_pointer;
+    PageRef m_page;                  // the page that holds the data
+    ByteView m_bytes;                // the row
+    std::uint16_t m_columnCount = 0; // of the row, not of the table
+    std::uint16_t m_slotCount = 0;
+    std::size_t m_maskOffset = 0;
+};
+
+// Walks the live rows of a table in page order. Survives changes made through the same
+// Table: a deleted row is skipped, rows added behind may or may not be met.
+class TableScan
+{
+public:
+    bool next(); // steps to the next row; false at the end
+    const RowView& row() const { return m_row; }
+
+private:
+    friend class Table;
+    Table* m_table = nullptr;
+    std::shared_ptr<const std::vector<PageNumber>> m_pages;
+    std::size_t m_pageIndex = 0;
+    int m_nextRow = 0;
+    RowView m_row;
+};
+
+// The rows of one table with their long values and indexes kept in step. Changes need an
+// open transaction; a change that throws may leave pages modified, so the caller rolls the
+// statement back.
+class Table
+{
+public:
+    Table(Pager& pager, PageAllocator& allocator, PageNumber definitionPage, std::string name);
+    ~Table();
+
+    const std::string& name() const { return m_name; }
+    // Re-read from its pages after a rollback or reload().
+    const Definition& definition() const;
+    void reload();
+
+    TableScan scan();
+    // The row, or nothing when it was deleted. Damaged pointers throw Error.
+    std::optional<RowView> find(RowPointer row);
+    std::int64_t countRows();
+
+    // One value per column of definition().columns, in that order. NULL for a counter column
+    // gives the next number; NULL for Boolean is False. Values are converted to the column's
+    // type; throws Error (Type, Overflow, NullValue, Duplicate, Limit). Gives the new row.
+    RowPointer insert(std::span<const Value> values);
+    // Counter value stored by the last insert(), 0 if the table has none.
+    std::int64_t lastCounter() const;
+    // Replaces all columns; the row keeps its identity. Long values not changed are kept.
+    void update(RowPointer row, std::span<const Value> values);
+    void erase(RowPointer row);
+
+    // Rows whose column equals the value (text by the General order), from a hash index that
+    // is built on first use and kept current by the three methods above. Row order is
+    // ascending by pointer. NULL matches nothing. Not for long-value columns.
+    std::span<const RowPointer> lookup(int column, const Value& value);
+
+    // Position in Definition::realIndexes of an index led by that column, -1 if none. Text
+    // columns are left out unless their keys are known.
+    int indexLedBy(int column) const;
+    // Rows whose first columns of that index equal the values, by its tree.
+    std::vector<RowPointer> seek(int realIndex, std::span<const Value> values);
+
+    // Fills the tree of an index from the rows; throws Error (Duplicate, NullValue) before
+    // anything is written. Used by CREATE INDEX; the definition names the index already.
+    void buildIndex(int realIndex);
+    // Frees all data, long-value, index and map pages (DROP TABLE).
+    void releasePages();
+
+    Pager& pager() const { return m_pager; }
+    PageAllocator& allocator() const { return m_allocator; }
+
+private:
+    struct Impl;
+    Pager& m_pager;
+    PageAllocator& m_allocator;
+    std::string m_name;
+    std::unique_ptr<Impl> m_impl;
+};
+
+} // namespace jet
