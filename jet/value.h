@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -118,7 +119,8 @@ public:
     double toDouble() const;
     bool toBool() const;
     DateTime toDate() const;
-    // Booleans -1/0, dates dd.mm.yyyy[ h:mm:ss], decimal point "." in numbers.
+    // Booleans -1/0, dates dd.mm.yyyy[ h:mm:ss] (a time alone on day 0), decimal point "."
+    // in numbers, binary values in hexadecimal.
     std::string toText() const;
 
     friend bool operator==(const Value&, const Value&) = default;
