@@ -1,0 +1,43 @@
+#pragma once
+
+#include "journals/keys.h"
+#include "journals/month.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace jet {
+class Database;
+}
+
+namespace journals {
+
+template <class Key>
+struct ListEntry
+{
+    Key key{};
+    QString name;
+    friend bool operator==(const ListEntry&, const ListEntry&) = default;
+};
+
+// What the selectors of both journals offer.
+// Groups by name.
+std::vector<ListEntry<GroupId>> groupList(jet::Database& database);
+// "Все подгруппы", "(группа полностью)", then "1 п/г", "2 п/г" and what further subgroups
+// the group's students have. The key is the subgroup, nothing for all of them.
+std::vector<ListEntry<std::optional<int>>> subgroupList(jet::Database& database, GroupId group);
+// The group's disciplines of the month by name, by lessons held or by workload in force.
+std::vector<ListEntry<DisciplineId>> disciplineList(jet::Database& database, GroupId group,
+                                                    std::optional<int> subgroup, Month month);
+
+// The settings of the file that the journals work by.
+struct JournalOptions
+{
+    bool useLessons = false; // the journals work from the lessons table
+    int lessonHours = 1;     // hours that one missed lesson counts, at least 1
+};
+JournalOptions journalOptions(jet::Database& database);
+
+} // namespace journals
