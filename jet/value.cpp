@@ -5,7 +5,6 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
-#include <optional>
 
 namespace jet {
 
@@ -121,8 +120,19 @@ std::optional<DateTime> checkedDate(int year, int month, int day, int hour, int 
     return DateTime::of(year, month, day, hour, minute, second);
 }
 
-// "dd.mm.yyyy" or "yyyy-mm-dd", each with an optional time, or a time alone.
-std::optional<DateTime> dateOfText(const std::string& text)
+} // namespace
+
+DateTime DateTime::of(int year, int month, int day, int hour, int minute, int second)
+{
+    const std::chrono::sys_days date = std::chrono::year(year)
+                                       / std::chrono::month(static_cast<unsigned>(month))
+                                       / std::chrono::day(static_cast<unsigned>(day));
+    const auto whole = static_cast<double>(date.time_since_epoch().count() + kUnixEpoch);
+    const double time = (hour * 3600 + minute * 60 + second) / double{kSecondsADay};
+    return {whole < 0 ? whole - time : whole + time};
+}
+
+std::optional<DateTime> DateTime::parse(const std::string& text)
 {
     std::array<int, 6> n{};
     std::string separators; // one between each two numbers
@@ -150,18 +160,6 @@ std::optional<DateTime> dateOfText(const std::string& text)
     if (shape == ":" || shape == "::")
         return checkedDate(1899, 12, 30, n[0], n[1], n[2]);
     return std::nullopt;
-}
-
-} // namespace
-
-DateTime DateTime::of(int year, int month, int day, int hour, int minute, int second)
-{
-    const std::chrono::sys_days date = std::chrono::year(year)
-                                       / std::chrono::month(static_cast<unsigned>(month))
-                                       / std::chrono::day(static_cast<unsigned>(day));
-    const auto whole = static_cast<double>(date.time_since_epoch().count() + kUnixEpoch);
-    const double time = (hour * 3600 + minute * 60 + second) / double{kSecondsADay};
-    return {whole < 0 ? whole - time : whole + time};
 }
 
 DateTime::Parts DateTime::parts() const
@@ -257,7 +255,7 @@ DateTime Value::toDate() const
     if (const auto* date = as<DateTime>())
         return *date;
     if (const auto* text = as<std::string>()) {
-        if (const auto date = dateOfText(*text))
+        if (const auto date = DateTime::parse(*text))
             return *date;
     }
     return {toDouble()};

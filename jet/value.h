@@ -3,6 +3,7 @@
 #include <array>
 #include <compare>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,6 +30,9 @@ struct DateTime
     };
     // Rounded to the nearest second.
     Parts parts() const;
+
+    // "dd.mm.yyyy" or "yyyy-mm-dd", each with an optional time, or a time alone.
+    static std::optional<DateTime> parse(const std::string& text);
 
     friend auto operator<=>(const DateTime&, const DateTime&) = default;
 };
