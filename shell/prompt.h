@@ -1,0 +1,22 @@
+#pragma once
+
+#include "data/messages.h"
+
+namespace shell {
+
+enum class Answer { Yes, No, Cancel };
+
+// The one door for messages and questions to the user: boxes in the program, the terminal
+// in jurnalctl, a script in tests.
+class Prompt : public data::Messages
+{
+public:
+    // critical() and information() come from data::Messages.
+    virtual void exclamation(const QString& text) = 0; // a refusal or a failed validation
+    // A Yes/No question; `preset` is the default button. True when answered Yes.
+    virtual bool question(const QString& text, Answer preset = Answer::No) = 0;
+    // Save (Yes), do not save (No) or go back (Cancel), asked before work would be lost.
+    virtual Answer saveQuestion(const QString& text) = 0;
+};
+
+} // namespace shell
