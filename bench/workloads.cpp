@@ -1,0 +1,208 @@
+#include "bench/workloads.h"
+
+#include "bench/peer.h"
+
+#include "data/journal.h"
+#include "jet/database.h"
+#include "journals/attendance.h"
+#include "shell/prompt.h"
+#include "shell/statusline.h"
+#include "shell/wording.h"
+
+#include <QString>
+
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace bench {
+
+namespace {
+
+constexpr int kLookups = 100;
+constexpr int kInserts = 20'000;
+
+// Any message means that the benchmark does not do what it says.
+class Silent final : public shell::Prompt, public shell::StatusLine
+{
+public:
+    void critical(const QString& text) override { refuse(text); }
+    void information(const QString& text) override { refuse(text); }
+    void exclamation(const QString& text) override { refuse(text); }
+    bool question(const QString& text, shell::Answer) override
+    {
+        refuse(text);
+        return false;
+    }
+    shell::Answer saveQuestion(const QString& text) override
+    {
+        refuse(text);
+        return shell::Answer::Cancel;
+    }
+    void show(const QString&) override {}
+
+private:
+    static void refuse(const QString& text) { throw std::runtime_error(text.toStdString()); }
+};
+
+std::int64_t readAll(jet::Database& database, const std::string& sql)
+{
+    std::int64_t rows = 0;
+    auto recordset = database.query(sql);
+    const int columns = static_cast<int>(recordset.columns().size());
+    while (recordset.next()) {
+        for (int column = 0; column < columns; ++column)
+            (void)recordset.isNull(column);
+        ++rows;
+    }
+    return rows;
+}
+
+void run(const std::string& command)
+{
+    if (std::system(command.c_str()) != 0)
+        throw std::runtime_error(command + " failed");
+}
+
+std::string insertText(int number, bool native)
+{
+    const std::string date = native ? "45931.0" : "#10/01/2025#";
+    return "INSERT INTO POS (ID, DAT, UR, IDD, nuv, uv) VALUES (" + std::to_string(number % 3000)
+           + ", " + date + ", 1, " + std::to_string(number % 80) + ", 1, 0);";
+}
+
+Comparison scan(Bench& bench, const std::string& table, const std::string& sums)
+{
+    const std::string sql = "SELECT " + sums + " FROM " + table + ";";
+    return {"scan with a sum, " + table, "native SQLite", 3.0,
+            [&bench, sql] { readAll(bench.journal->database(), sql); },
+            [&bench, sql] { bench.peer.query(sql); }};
+}
+
+Comparison exportTable(Bench& bench)
+{
+    const std::string file = "\"" + bench.journalPath.string() + "\"";
+    const std::string ours = "\"" + bench.jurnalctl.string() + "\" sql " + file
+                             + " \"SELECT * FROM POS;\" --csv >/dev/null";
+    const std::string peers = "mdb-export " + file + " POS >/dev/null";
+    // The file is locked while open here, so it is closed around the two commands.
+    const auto closed = [&bench](const std::string& command) {
+        const QString path = bench.journal->path();
+        bench.journal.reset();
+        run(command);
+        Silent silent;
+        bench.journal = data::Journal::openAndCheck(path, false, silent);
+    };
+    return {"export of POS as CSV",
+            "mdb-export",
+            1.0,
+            [closed, ours] { closed(ours); },
+            [closed, peers] { closed(peers); },
+            3};
+}
+
+Comparison month(Bench& bench)
+{
+    const auto ours = [&bench] {
+        Silent silent;
+        journals::Attendance attendance(bench.journal->database(), shell::Wording(), silent,
+                                        silent);
+        journals::AttendanceSelection selection;
+        selection.group = journals::GroupId{7};
+        selection.month = 3;
+        selection.year = 2026;
+        if (!attendance.load(selection))
+            throw std::runtime_error("the sheet was refused");
+    };
+    // The same questions: students, balance, cells of the month, lessons of the month.
+    const auto peers = [&bench] {
+        const std::string where = " WHERE s.IDG=7 AND (prikazOtch='' OR prikazOtch IS NULL)";
+        bench.peer.query("SELECT * FROM SPSTUD s" + where + " ORDER BY FAM, IM, OTCH, ID");
+        bench.peer.query("SELECT p.ID, sum(uv), sum(nuv) FROM POS p JOIN SPSTUD s ON p.ID=s.ID"
+                         + where + " AND p.dat<46082 AND p.dat>=45901 GROUP BY p.ID");
+        bench.peer.query("SELECT p.ID, p.dat, sum(uv), sum(nuv) FROM POS p JOIN SPSTUD s ON"
+                         " p.ID=s.ID"
+                         + where + " AND p.dat>=46082 AND p.dat<=46112 GROUP BY p.ID, p.dat");
+        bench.peer.query("SELECT DAT FROM UROKI WHERE IDG=7 AND DAT>=46082 AND DAT<=46112");
+    };
+    return {"attendance month of one group", "native SQLite, indexed", 5.0, ours, peers};
+}
+
+Comparison lookups(Bench& bench)
+{
+    const auto sql = [](int i) {
+        return "SELECT * FROM POS WHERE ID=" + std::to_string(1 + i * 29) + " AND UR=2;";
+    };
+    return {"100 look-ups in POS by student", "native SQLite, indexed", 5.0,
+            [&bench, sql] {
+                for (int i = 0; i < kLookups; ++i)
+                    readAll(bench.journal->database(), sql(i));
+            },
+            [&bench, sql] {
+                for (int i = 0; i < kLookups; ++i)
+                    bench.peer.query(sql(i));
+            }};
+}
+
+Comparison inserts(Bench& bench)
+{
+    return {"20,000 inserts in one transaction",
+            "native SQLite",
+            5.0,
+            [&bench] {
+                jet::Transaction transaction(bench.journal->database());
+                for (int i = 0; i < kInserts; ++i)
+                    bench.journal->database().execute(insertText(i, false));
+                transaction.commit();
+            },
+            [&bench] {
+                bench.peer.execute("BEGIN");
+                for (int i = 0; i < kInserts; ++i)
+                    bench.peer.execute(insertText(i, true));
+                bench.peer.execute("COMMIT");
+            },
+            3};
+}
+
+Comparison durableMark(Bench& bench)
+{
+    return {"one durable mark",
+            "native SQLite, synchronous",
+            5.0,
+            [&bench] { bench.journal->database().execute(insertText(1, false)); },
+            [&bench] { bench.peer.execute(insertText(1, true)); },
+            31};
+}
+
+Comparison opening(Bench& bench)
+{
+    const auto reopen = [&bench] {
+        const QString path = bench.journal->path();
+        bench.journal.reset();
+        Silent silent;
+        bench.journal = data::Journal::openAndCheck(path, false, silent);
+    };
+    const auto scanColdly = [&bench, reopen] {
+        reopen();
+        readAll(bench.journal->database(), "SELECT Sum(uv) FROM POS;");
+        readAll(bench.journal->database(), "SELECT Sum(OC) FROM USP;");
+        readAll(bench.journal->database(), "SELECT Sum(UR) FROM UROKI;");
+    };
+    return {"opening and checking the file", "opening and scanning it", 0.1, reopen, scanColdly, 5};
+}
+
+} // namespace
+
+std::vector<Comparison> comparisons(Bench& bench)
+{
+    return {scan(bench, "POS", "Sum(uv), Sum(nuv)"),
+            scan(bench, "USP", "Sum(OC)"),
+            exportTable(bench),
+            opening(bench),
+            month(bench),
+            lookups(bench),
+            durableMark(bench),
+            inserts(bench)};
+}
+
+} // namespace bench
