@@ -1,0 +1,125 @@
+#include "data/journal.h"
+
+#include "data/convert.h"
+#include "data/fileversion.h"
+#include "data/messages.h"
+#include "data/structure.h"
+#include "data/upgrade.h"
+#include "jet/error.h"
+
+#include <QFileInfo>
+
+#include <exception>
+#include <filesystem>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace data {
+
+namespace {
+
+// A refusal whose message is settled; leaves the transaction to be rolled back.
+struct Refusal
+{
+    QString message;
+};
+
+// The version rule: true when the file was last written by a later release.
+bool isNewer(jet::Database& database, const QString& path)
+{
+    if (!database.hasTable("RASP"))
+        throw Refusal{u"Файл "_s + path
+                      + u" не является базой данных журнала: в нем нет таблицы RASP."_s};
+    const auto version = fileVersion(database);
+    if (!version)
+        throw Refusal{u"Файл базы данных "_s + path
+                      + u" не открыт: в таблице RASP нет строки с настройками."_s};
+    return version->number() > programVersion().number();
+}
+
+void check(jet::Database& database)
+{
+    structure::createMissingTables(database);
+    if (const auto problem = structure::problem(database))
+        throw Refusal{*problem};
+}
+
+void bringUpToDate(jet::Database& database)
+{
+    upgrade::addFields(database);
+    upgrade::resizeFields(database);
+    upgrade::refillMonths(database);
+    upgrade::appendSupplement(database);
+}
+
+std::unique_ptr<jet::Database> openExisting(const QString& path, Messages& messages)
+{
+    if (!QFileInfo(path).isFile())
+        throw Refusal{u"Файл базы данных "_s + path + u" не найден!"_s};
+    auto database = jet::Database::open(toPath(path));
+    jet::Transaction transaction(*database);
+    const bool newer = isNewer(*database, path);
+    if (newer)
+        messages.information(u"Версия базы данных новее, чем версия программы. Для работы с этой "
+                             "базой рекомендуется обновить программу."_s);
+    check(*database);
+    bringUpToDate(*database);
+    if (!newer)
+        stampFile(*database);
+    transaction.commit();
+    return database;
+}
+
+void fillNew(jet::Database& database)
+{
+    jet::Transaction transaction(database);
+    check(database);
+    upgrade::addSettingsRow(database);
+    bringUpToDate(database);
+    stampFile(database);
+    transaction.commit();
+}
+
+std::unique_ptr<jet::Database> createNew(const QString& path)
+{
+    const auto file = toPath(path);
+    auto database = jet::Database::create(file, {.encoded = true});
+    try {
+        fillNew(*database);
+    } catch (...) {
+        database.reset();
+        std::error_code ignored;
+        std::filesystem::remove(file, ignored);
+        throw;
+    }
+    return database;
+}
+
+} // namespace
+
+std::unique_ptr<Journal> Journal::openAndCheck(const QString& path, bool create, Messages& messages)
+{
+    try {
+        auto database = create ? createNew(path) : openExisting(path, messages);
+        return std::unique_ptr<Journal>(new Journal(std::move(database)));
+    } catch (const Refusal& refusal) {
+        messages.critical(refusal.message);
+    } catch (const std::exception& error) {
+        messages.critical(u"Файл базы данных "_s + path
+                          + (create ? u" не создан. Ошибка: "_s : u" не открыт. Ошибка: "_s)
+                          + fromUtf8(error.what()) + u'.');
+    }
+    return nullptr;
+}
+
+Journal::Journal(std::unique_ptr<jet::Database> database)
+    : m_database(std::move(database))
+{}
+
+QString Journal::path() const
+{
+    return fromPath(m_database->path());
+}
+
+} // namespace data
