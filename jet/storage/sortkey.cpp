@@ -161,6 +161,23 @@ const CharCode* nextWeight(std::string_view text, std::size_t& at, bool& hidden)
     return nullptr;
 }
 
+bool continuesCharacter(std::string_view text, std::size_t at)
+{
+    return at < text.size() && (static_cast<std::uint8_t>(text[at]) & 0xC0) == 0x80;
+}
+
+// Bytes of the characters that both texts begin with.
+std::size_t commonStart(std::string_view a, std::string_view b)
+{
+    const std::size_t shorter = std::min(a.size(), b.size());
+    std::size_t at = 0;
+    while (at < shorter && a[at] == b[at])
+        ++at;
+    while (at > 0 && (continuesCharacter(a, at) || continuesCharacter(b, at)))
+        --at;
+    return at;
+}
+
 int compareKeys(std::string_view a, std::string_view b)
 {
     const Bytes first = generalSortKey(a);
@@ -199,7 +216,8 @@ Bytes generalSortKey(std::string_view utf8)
 
 // Walks both texts weight by weight. The first differing weight decides; else the first
 // differing accent, because accents are at least 03 and what follows a shorter EXTRA is 00
-// or 01. Hidden signs matter only when all that is equal.
+// or 01. Hidden signs matter only when all that is equal. An equal start adds the same to
+// both keys, so it is passed over.
 int compareGeneral(std::string_view a, std::string_view b)
 {
     if (a == b)
@@ -208,7 +226,8 @@ int compareGeneral(std::string_view a, std::string_view b)
     b = withoutTrailingSpaces(b);
     int accents = 0;
     bool hidden = false;
-    for (std::size_t i = 0, j = 0;;) {
+    const std::size_t start = commonStart(a, b);
+    for (std::size_t i = start, j = start;;) {
         const CharCode* x = nextWeight(a, i, hidden);
         const CharCode* y = nextWeight(b, j, hidden);
         if ((x && x->kind != CharKind::Inline) || (y && y->kind != CharKind::Inline))

@@ -1,7 +1,5 @@
 #include "jet/storage/sortkeytable.h"
 
-#include <array>
-#include <cstddef>
 #include <string_view>
 
 // Source: keys that Access wrote into indexes (Latin-1, parts of Cyrillic and Greek) and, for
@@ -9,18 +7,17 @@
 namespace jet {
 namespace {
 
-constexpr std::size_t kLowSize = 0x500; // Latin, combining marks, Greek, Cyrillic
 constexpr char32_t kPunctuationFirst = 0x2000;
 constexpr std::size_t kPunctuationSize = 0x130;
 
 struct Tables
 {
-    std::array<CharCode, kLowSize> low{};
+    std::array<CharCode, kLowCharCount> low{};
     std::array<CharCode, kPunctuationSize> punctuation{};
 
     constexpr CharCode& at(char32_t c)
     {
-        return c < kLowSize ? low[c] : punctuation[c - kPunctuationFirst];
+        return c < kLowCharCount ? low[c] : punctuation[c - kPunctuationFirst];
     }
     constexpr void weight(char32_t c, unsigned code, std::uint8_t extra = kPlainExtra)
     {
@@ -275,10 +272,10 @@ constexpr CharCode kByteOrderMark{CharKind::Ignored, kPlainExtra, 0};
 
 } // namespace
 
-const CharCode& charCode(char32_t character)
+constinit const std::array<CharCode, kLowCharCount> kLowCharCodes = kTables.low;
+
+const CharCode& highCharCode(char32_t character)
 {
-    if (character < kLowSize)
-        return kTables.low[character];
     const char32_t sign = character - kPunctuationFirst;
     if (sign < kPunctuationSize)
         return kTables.punctuation[sign];

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace jet {
@@ -25,7 +27,14 @@ struct CharCode
     std::uint16_t code = 0;
 };
 
-// Requires any number; those that are no character are Unknown.
-const CharCode& charCode(char32_t character);
+inline constexpr std::size_t kLowCharCount = 0x500; // Latin, combining marks, Greek, Cyrillic
+extern const std::array<CharCode, kLowCharCount> kLowCharCodes;
+const CharCode& highCharCode(char32_t character);
+
+// Takes any number; those that are no character are Unknown.
+inline const CharCode& charCode(char32_t character)
+{
+    return character < kLowCharCount ? kLowCharCodes[character] : highCharCode(character);
+}
 
 } // namespace jet
