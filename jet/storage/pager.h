@@ -2,6 +2,7 @@
 
 #include "jet/storage/bytes.h"
 #include "jet/storage/file.h"
+#include "jet/storage/header.h"
 #include "jet/storage/types.h"
 
 #include <array>
@@ -18,6 +19,8 @@ struct Frame
     PageNumber number = 0;
     int pins = 0;
     bool dirty = false;
+    std::uint64_t lastUse = 0;  // a running number; the smallest goes first
+    std::uint64_t savedFor = 0; // statement whose undo holds the page already
     std::array<std::uint8_t, kPageSize> bytes{};
 };
 
@@ -71,16 +74,19 @@ class Pager
 {
 public:
     // Opens an existing file; rolls a hot journal back first (unless it is not this file's).
-    // Checks size, signature, version and database key.
+    // Checks signature, version, password and size. Refuses (Locked) also when another
+    // program holds the `.ldb` beside the file.
     static std::unique_ptr<Pager> open(FileSystem& files, const std::filesystem::path& path,
                                        bool readOnly);
-    // Takes a new file whose pages 0..n-1 are the given plain images.
+    // Makes a new file of the given pages: page 0 as encodeHeader() gives it, the others
+    // plain. Refuses an existing path; on failure no file is left.
     static std::unique_ptr<Pager> create(FileSystem& files, const std::filesystem::path& path,
                                          ByteView plainImage);
     ~Pager();
 
     bool readOnly() const;
     const std::filesystem::path& path() const;
+    const DatabaseHeader& header() const;
     PageNumber pageCount() const; // pages appended in the open transaction included
 
     // Throws Error (Damaged) for a number at or beyond pageCount().
@@ -88,7 +94,7 @@ public:
     // The page's bytes for writing, valid until the transaction ends. Error (ReadOnly) on a
     // read-only database.
     ByteSpan modify(PageNumber number);
-    // Adds a zeroed page at the end of the file and gives its number.
+    // Adds a zeroed page at the end of the file and gives its number. Error (Limit) at 2 GiB.
     PageNumber append();
 
     // Transactions do not nest here; Store counts the nesting.

@@ -11,8 +11,14 @@ namespace jet {
 class PageAllocator;
 
 // A set of page numbers kept as a row of a map page: the pages of a table, of a long-value
-// column or of an index, or those with free space. Inline (type 0) or by reference to bitmap
-// pages (type 1); add() widens and converts as needed. Holds no state but its pointer.
+// column or of an index, or those with free space. add() moves, lengthens and converts the
+// row as needed. Holds no state but its pointer.
+//
+//   type 0, inline:       00, u32 first page, bitmap to the end of the row
+//   type 1, by reference: 01, u32 numbers of bitmap pages (0 = none), each for 32736 pages
+//   bitmap page:          05 01 00 00, then 4092 bytes of bitmap
+//
+// Bit b of byte k, b counted from the lowest, stands for page first + 8k + b.
 class UsageMap
 {
 public:
@@ -45,17 +51,24 @@ public:
     // A zeroed page: the lowest free one below the end of the file, else a new one at the end.
     PageNumber allocate();
     // Marks a page free; `type` replaces its first byte (08/09 for definitions and data).
+    // Error (Damaged) for a page that is free already, and for pages 0 and 1.
     void release(PageNumber page, PageType type);
     bool isFree(PageNumber page) const;
 
     // A new map row of 69 bytes, empty, on `mapPage`, or on a further map page that is
     // allocated when mapPage is 0 or full. The page's owner field is 0.
     RowPointer createMap(PageNumber mapPage);
+    // Deletes the row, and frees its page when that was the last one. Bitmap pages stay: see
+    // UsageMap::releaseBitmaps().
     void deleteMap(RowPointer row);
 
 private:
+    void setFree(PageNumber page, bool free);
+    std::optional<PageNumber> nextFree(PageNumber from) const;
+
     Pager& m_pager;
     PageNumber m_firstCandidate = 0; // no page below is free
+    std::uint64_t m_rollbacks = 0;   // of the pager when m_firstCandidate was found
 };
 
 } // namespace jet
