@@ -3,6 +3,7 @@
 #include "journals/attendancesheet.h"
 #include "journals/keys.h"
 #include "journals/lists.h"
+#include "shell/wording.h"
 
 #include <QDate>
 #include <QString>
@@ -41,7 +42,8 @@ inline constexpr int kTotalRows = 2;
 class Attendance
 {
 public:
-    Attendance(jet::Database& database, shell::Prompt& prompt, shell::StatusLine& status);
+    Attendance(jet::Database& database, shell::Wording wording, shell::Prompt& prompt,
+               shell::StatusLine& status);
 
     // The disciplines taught to the selection's group and subgroup in its month: by the
     // lessons held when the journals work from the timetable, by the workload otherwise.
@@ -68,11 +70,14 @@ public:
     QString mark(StudentId student, DisciplineId discipline, QDate date, int lesson);
 
 private:
-    bool checkSelection(const AttendanceSelection& selection);
+    bool checkMonth(Month month);
+    void loadColumns(AttendanceSheet& sheet);
     bool checkCell(const AttendanceSheet& sheet, GridCell cell);
-    QString applyTo(AbsenceAction action, const AttendanceSheet& sheet, GridCell cell);
+    QString carryOut(AbsenceAction action, const AttendanceSheet& sheet, GridCell cell);
+    void say(const QString& text);
 
     jet::Database& m_database;
+    shell::Wording m_wording;
     shell::Prompt& m_prompt;
     shell::StatusLine& m_status;
 };

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -88,10 +89,21 @@ struct AttendanceSheet
     std::vector<Absence> columnTotals; // over the students, one for each column
     QStringList notices;               // absences that found no place in the grid
 
-    AbsenceState state(int student, int column) const;
+    const Absence& cell(std::size_t student, std::size_t column) const
+    {
+        return students[student].cells[column];
+    }
+    AbsenceState state(std::size_t student, std::size_t column) const;
     // "" for nothing missed, "X" where nothing can be, else the hours.
-    QString cellText(int student, int column) const;
-    void setCell(int student, int column, const Absence& absence);
+    QString cellText(std::size_t student, std::size_t column) const;
+    void setCell(std::size_t student, std::size_t column, const Absence& absence);
+    void computeTotals();
+
+    std::optional<std::size_t> studentRow(StudentId id) const;
+    // The column of a day (lesson 0) or lesson. Of lessons held for several subgroups at
+    // once, the student's own, else the first.
+    std::optional<std::size_t> columnOf(std::size_t student, QDate date, int lesson) const;
+
     // Over all students.
     Absence startTotal() const;
     Absence monthTotal() const;

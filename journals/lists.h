@@ -32,12 +32,4 @@ std::vector<ListEntry<std::optional<int>>> subgroupList(jet::Database& database,
 std::vector<ListEntry<DisciplineId>> disciplineList(jet::Database& database, GroupId group,
                                                     std::optional<int> subgroup, Month month);
 
-// The settings of the file that the journals work by.
-struct JournalOptions
-{
-    bool useLessons = false; // the journals work from the lessons table
-    int lessonHours = 1;     // hours that one missed lesson counts, at least 1
-};
-JournalOptions journalOptions(jet::Database& database);
-
 } // namespace journals

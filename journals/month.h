@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDate>
+#include <QString>
 
 namespace journals {
 
@@ -24,9 +25,9 @@ struct Month
     friend bool operator==(const Month&, const Month&) = default;
 };
 
-// "Январь" for 1 to "Декабрь" for 12.
-QString monthName(int month);
-// "января" for 1 to "декабря" for 12, as a date is read out.
-QString monthNameGenitive(int month);
+// "12 ноября", as a date is read out.
+QString spokenDay(QDate date);
+// "Пн" for Monday to "Вс" for Sunday.
+QString weekdayLetters(QDate date);
 
 } // namespace journals
