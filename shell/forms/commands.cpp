@@ -1,0 +1,73 @@
+#include "shell/forms/commands.h"
+
+#include "shell/forms/runcommand.h"
+
+#include <QAction>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace shell {
+
+namespace {
+
+const QString kFailure = u"Команда не выполнена."_s;
+
+} // namespace
+
+Commands::Commands(const QList<QAction*>& actions, Prompt& prompt, QObject* parent)
+    : QObject(parent)
+    , m_prompt(prompt)
+{
+    for (QAction* action : actions) {
+        action->setEnabled(false);
+    }
+}
+
+void Commands::bind(QAction* action, Needs needs, std::function<void()> body)
+{
+    m_bound.push_back({action, needs});
+    connect(action, &QAction::triggered, this,
+            [this, run = std::move(body)] { runCommand(m_prompt, kFailure, run); });
+}
+
+void Commands::bindJournal(QAction* action, JournalAction what)
+{
+    m_journalBound.push_back({action, what});
+    connect(action, &QAction::triggered, this, [this, what] {
+        runCommand(m_prompt, kFailure, [this, what] {
+            if (m_journal && m_journal->available(what)) {
+                m_journal->run(what);
+            }
+        });
+    });
+}
+
+void Commands::refresh(bool fileOpen, QWidget* activeChild)
+{
+    for (const Bound& bound : m_bound) {
+        bound.action->setEnabled(bound.needs == Needs::Nothing
+                                 || (bound.needs == Needs::OpenFile && fileOpen)
+                                 || (bound.needs == Needs::ChildWindow && activeChild != nullptr));
+    }
+    auto* journal = qobject_cast<JournalActions*>(activeChild);
+    if (journal != m_journal) {
+        disconnect(m_watch);
+        m_journal = journal;
+        if (journal) {
+            m_watch = connect(journal, &JournalActions::availabilityChanged, this,
+                              &Commands::refreshJournal);
+        }
+    }
+    refreshJournal();
+}
+
+void Commands::refreshJournal()
+{
+    for (const JournalBound& bound : m_journalBound) {
+        bound.action->setEnabled(m_journal && m_journal->available(bound.what));
+    }
+}
+
+} // namespace shell

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <utility>
+
+namespace data {
+class Journal;
+}
+
+namespace shell {
+
+class FileChooser;
+class Prompt;
+class Session;
+class Settings;
+class StatusLine;
+
+// Makes a journal file with a demonstration institution at a path where none is. May throw.
+using DemoBuilder = std::function<void(const QString& path)>;
+// Asks the windows that show the open file to close; false when one of them stays.
+using ReleaseWindows = std::function<bool()>;
+
+// The commands that open, create and close journal files. The present file stays open and in
+// force until the other one has been opened and checked; every command that fails or is
+// cancelled ends with its own message and gives false.
+class FileCommands final : public QObject
+{
+    Q_OBJECT
+
+public:
+    FileCommands(Session& session, Settings& settings, Prompt& prompt, FileChooser& chooser,
+                 StatusLine& status, QObject* parent = nullptr);
+
+    void setReleaseWindows(ReleaseWindows release) { m_release = std::move(release); }
+    void setDemo(DemoBuilder builder, const QString& folder);
+    bool hasDemo() const { return bool(m_demo); }
+
+    bool create();
+    bool create(const QString& path);
+    bool open();
+    bool open(const QString& path);
+    bool close();
+    // Shows the open file in the file manager. Requires an open file.
+    bool reveal();
+    // Opens the demonstration journal, which is built first unless it is there already.
+    bool demonstrate();
+
+private:
+    bool take(const QString& path, bool create);
+    QString startFolder() const;
+
+    Session& m_session;
+    Settings& m_settings;
+    Prompt& m_prompt;
+    FileChooser& m_chooser;
+    StatusLine& m_status;
+    ReleaseWindows m_release = [] { return true; };
+    DemoBuilder m_demo;
+    QString m_demoFolder;
+};
+
+} // namespace shell

@@ -1,0 +1,234 @@
+#include "shell/forms/frmmain.h"
+
+#include "shell/forms/commands.h"
+#include "shell/forms/mdiarrangement.h"
+#include "shell/forms/menuwording.h"
+#include "shell/forms/programfolders.h"
+#include "shell/forms/recentmenu.h"
+#include "shell/forms/runcommand.h"
+#include "shell/forms/startpage.h"
+#include "shell/forms/statuspanels.h"
+#include "shell/forms/toolbarkeys.h"
+#include "shell/forms/windowlist.h"
+#include "shell/forms/windowplace.h"
+#include "shell/forms/windowregistry.h"
+#include "shell/session.h"
+#include "shell/settings.h"
+#include "ui_frmmain.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QMdiSubWindow>
+
+using namespace Qt::StringLiterals;
+
+namespace shell {
+
+frmMain::frmMain(const MainParts& parts, QWidget* parent)
+    : QMainWindow(parent)
+    , m_parts(parts)
+    , ui(std::make_unique<Ui::frmMain>())
+{
+    ui->setupUi(this);
+    m_status = new StatusPanels(*ui->sbStatusBar, parts.session);
+    m_files = new FileCommands(parts.session, parts.settings, parts.prompt, parts.chooser,
+                               *m_status, this);
+    m_files->setReleaseWindows([this] { return closeWindows(); });
+    m_commands =
+        new Commands(findChildren<QAction*>(Qt::FindDirectChildrenOnly), parts.prompt, this);
+    setUpMenus();
+    setUpStartPage();
+    bindCommands();
+    bindJournal();
+    connect(ui->mdiArea, &QMdiArea::subWindowActivated, this, &frmMain::refreshCommands);
+    connect(&parts.session, &Session::journalChanged, this, &frmMain::showFile);
+    showFile();
+}
+
+frmMain::~frmMain() = default;
+
+StatusLine& frmMain::statusLine()
+{
+    return *m_status;
+}
+
+void frmMain::load(const QString& file)
+{
+    m_parts.settings.setFlag(Setting::AppClose, true);
+    m_parts.settings.sync();
+    restoreBars();
+    restorePlace(*this, m_parts.settings);
+    runCommand(m_parts.prompt, u"Папки программы не созданы."_s,
+               [this] { makeProgramFolders(m_parts.programFolder, m_parts.userFolder); });
+    bindWindows();
+    if (!file.isEmpty()) {
+        m_files->open(file);
+    }
+    m_status->show(u"Готово"_s);
+}
+
+void frmMain::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange && ui->mdiArea) {
+        ui->mdiArea->setBackground(palette().brush(QPalette::Mid)); // else that of the start
+    }
+    QMainWindow::changeEvent(event);
+}
+
+void frmMain::closeEvent(QCloseEvent* event)
+{
+    if (!closeWindows()) {
+        event->ignore();
+        return;
+    }
+    Settings& settings = m_parts.settings;
+    savePlace(*this, settings);
+    settings.setFlag(Setting::ShowToolbar, ui->mnupanels->isChecked());
+    settings.setFlag(Setting::ShowStatus, ui->mnustatusbar->isChecked());
+    settings.setFlag(Setting::AppClose, false);
+    settings.sync();
+    m_parts.session.closeJournal();
+    event->accept();
+}
+
+void frmMain::setUpMenus()
+{
+    for (QAction* bar : {ui->mnuFileBar0, ui->mnuFileBar7, ui->mnuFileBar1, ui->mnuFileBar3,
+                         ui->mnuFileBar5, ui->mnubar11, ui->mnubar12, ui->mnubar14, ui->mnuSprBar7,
+                         ui->mnubar16, ui->mnuSRzd0, ui->mnuSRazd1, ui->mnuSRazd2, ui->mnuSRazd3,
+                         ui->mnuTools12, ui->mnuTools15, ui->mnuSRazd4}) {
+        bar->setSeparator(true);
+    }
+    applyWording(m_parts.session.wording(), *ui->menuBar);
+    m_fileKey = fillToolbar(*ui->Toolbar1, *this);
+    auto* recent = new RecentMenu(*ui->mnuFile, ui->mnuFileBar5, m_parts.settings);
+    connect(recent, &RecentMenu::chosen, m_files,
+            [this](const QString& path) { m_files->open(path); });
+    new WindowList(*ui->mnuwindow, *ui->mdiArea);
+    ui->mdiArea->setBackground(palette().brush(QPalette::Mid));
+}
+
+void frmMain::setUpStartPage()
+{
+    m_startPage = new StartPage(m_parts.settings, ui->pages);
+    ui->pages->addWidget(m_startPage);
+    connect(m_startPage, &StartPage::createWanted, ui->mnuFileCr, &QAction::trigger);
+    connect(m_startPage, &StartPage::openWanted, ui->mnuFileOpen, &QAction::trigger);
+    connect(m_startPage, &StartPage::demoWanted, m_files, &FileCommands::demonstrate);
+    connect(m_startPage, &StartPage::fileWanted, m_files,
+            [this](const QString& path) { m_files->open(path); });
+}
+
+void frmMain::bindCommands()
+{
+    const auto bind = [this](QAction* action, Needs needs, auto body) {
+        m_commands->bind(action, needs, body);
+    };
+    bind(ui->mnuFileCr, Needs::Nothing, [this] { m_files->create(); });
+    bind(ui->mnuFileOpen, Needs::Nothing, [this] { m_files->open(); });
+    bind(ui->mnuFileOpenR, Needs::OpenFile, [this] { m_files->reveal(); });
+    bind(ui->mnuFileClose, Needs::OpenFile, [this] { m_files->close(); });
+    bind(ui->mnuexit, Needs::Nothing, [this] { close(); });
+    bind(ui->mnustatusbar, Needs::Nothing,
+         [this] { ui->sbStatusBar->setVisible(ui->mnustatusbar->isChecked()); });
+    bind(ui->mnupanels, Needs::Nothing,
+         [this] { ui->Toolbar1->setVisible(ui->mnupanels->isChecked()); });
+    bind(ui->mnuKaskadom, Needs::ChildWindow, [this] { ui->mdiArea->cascadeSubWindows(); });
+    bind(ui->mnugorizont, Needs::ChildWindow, [this] { stackRows(*ui->mdiArea); });
+    bind(ui->mnuVertikal, Needs::ChildWindow, [this] { standSideBySide(*ui->mdiArea); });
+    bind(ui->mnuoproge, Needs::Nothing, [this] { showAbout(); });
+}
+
+void frmMain::bindJournal()
+{
+    m_commands->bindJournal(ui->mnuins_oc, JournalAction::SetGrade);
+    m_commands->bindJournal(ui->mnudel_oc, JournalAction::RemoveGrade);
+    m_commands->bindJournal(ui->mnuinsert, JournalAction::Mark);
+    m_commands->bindJournal(ui->mnuins_uv, JournalAction::MakeExcused);
+    m_commands->bindJournal(ui->mnuins_nuv, JournalAction::MakeUnexcused);
+    m_commands->bindJournal(ui->mnudelet, JournalAction::Delete);
+    m_commands->bindJournal(ui->mnuprint, JournalAction::Print);
+    auto* refresh = new QAction(u"Обновить"_s, this); // a key alone: the menu has no such item
+    refresh->setObjectName(u"actRefresh"_s);
+    refresh->setShortcut(QKeySequence(QKeySequence::Refresh));
+    addAction(refresh);
+    m_commands->bindJournal(refresh, JournalAction::Refresh);
+}
+
+void frmMain::bindWindows()
+{
+    for (QAction* action : findChildren<QAction*>(Qt::FindDirectChildrenOnly)) {
+        const QString command = action->objectName();
+        if (m_parts.windows.find(command)) {
+            m_commands->bind(action, Needs::OpenFile, [this, command] { openWindow(command); });
+        }
+    }
+    refreshCommands();
+}
+
+void frmMain::restoreBars()
+{
+    const Settings& settings = m_parts.settings;
+    ui->mnupanels->setChecked(settings.flag(Setting::ShowToolbar));
+    ui->Toolbar1->setVisible(ui->mnupanels->isChecked());
+    ui->mnustatusbar->setChecked(settings.flag(Setting::ShowStatus));
+    ui->sbStatusBar->setVisible(ui->mnustatusbar->isChecked());
+}
+
+void frmMain::openWindow(const QString& command)
+{
+    QPointer<QMdiSubWindow>& window = m_windows[command];
+    if (window) {
+        ui->mdiArea->setActiveSubWindow(window);
+        return;
+    }
+    const bool alone = ui->mdiArea->subWindowList().isEmpty();
+    QWidget* content = (*m_parts.windows.find(command))(ui->mdiArea);
+    window = ui->mdiArea->addSubWindow(content);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    alone ? window->showMaximized() : window->show();
+    content->setFocus();
+}
+
+bool frmMain::closeWindows()
+{
+    ui->mdiArea->closeAllSubWindows();
+    for (const QMdiSubWindow* window : ui->mdiArea->subWindowList()) {
+        if (window->isVisible()) {
+            return false; // it asked, and the user chose to stay
+        }
+    }
+    return true;
+}
+
+void frmMain::showFile()
+{
+    const bool open = m_parts.session.isOpen();
+    const QString path = open ? m_parts.session.journal().path() : QString();
+    setWindowTitle(open ? QFileInfo(path).fileName() : QCoreApplication::applicationName());
+    m_fileKey->setEnabled(open);
+    m_fileKey->setText(open ? u"Открыт файл: %1"_s.arg(QDir::toNativeSeparators(path))
+                            : u"Файл не открыт"_s);
+    m_startPage->setDemoOffered(m_files->hasDemo());
+    ui->pages->setCurrentWidget(open ? static_cast<QWidget*>(ui->mdiArea) : m_startPage);
+    refreshCommands();
+}
+
+void frmMain::refreshCommands()
+{
+    const QMdiSubWindow* window = ui->mdiArea->currentSubWindow();
+    m_commands->refresh(m_parts.session.isOpen(), window ? window->widget() : nullptr);
+}
+
+void frmMain::showAbout()
+{
+    m_parts.prompt.information(
+        u"%1\nВерсия %2\n\nУчет посещаемости и успеваемости в колледже, техникуме и школе.\n"
+        "Данные хранятся в одном файле базы данных Access (*.mdb).\n\n"
+        "Свободная программа, лицензия GNU GPL версии 3 или новее."_s.arg(
+            QGuiApplication::applicationDisplayName(), QCoreApplication::applicationVersion()));
+}
+
+} // namespace shell

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "shell/forms/filecommands.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <map>
+#include <memory>
+
+class QMdiSubWindow;
+
+namespace shell {
+
+class Commands;
+class StartPage;
+class StatusPanels;
+class WindowRegistry;
+
+namespace Ui {
+class frmMain;
+}
+
+// What the main window works with. main() owns all of it; it must outlive the window.
+struct MainParts
+{
+    Session& session;
+    Settings& settings;
+    Prompt& prompt;
+    FileChooser& chooser;
+    const WindowRegistry& windows;
+    QString programFolder;
+    QString userFolder; // the user's documents
+};
+
+// The multiple-document main window: menus, toolbar, status bar, and the area in which every
+// other window opens. It passes each command on to what carries it out.
+class frmMain final : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit frmMain(const MainParts& parts, QWidget* parent = nullptr);
+    ~frmMain() override;
+
+    StatusLine& statusLine();
+    FileCommands& files() { return *m_files; }
+
+    // Restores the window, makes the program's folders and opens `file` ("" for none).
+    void load(const QString& file);
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void setUpMenus();
+    void setUpStartPage();
+    void bindCommands();
+    void bindJournal();
+    void bindWindows();
+    void restoreBars();
+    void openWindow(const QString& command);
+    bool closeWindows();
+    void showFile();
+    void refreshCommands();
+    void showAbout();
+
+    MainParts m_parts;
+    std::unique_ptr<Ui::frmMain> ui;
+    StatusPanels* m_status = nullptr;
+    FileCommands* m_files = nullptr;
+    Commands* m_commands = nullptr;
+    StartPage* m_startPage = nullptr;
+    QAction* m_fileKey = nullptr;                         // keyStart of the toolbar
+    std::map<QString, QPointer<QMdiSubWindow>> m_windows; // by the command that opened it
+};
+
+} // namespace shell

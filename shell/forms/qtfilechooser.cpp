@@ -1,0 +1,67 @@
+#include "shell/forms/qtfilechooser.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QProcess>
+#include <QUrl>
+#ifdef JURNAL_DBUS
+#include <QDBusConnection>
+#include <QDBusMessage>
+#endif
+
+using namespace Qt::StringLiterals;
+
+namespace shell {
+
+namespace {
+
+const QString kFilter = u"Базы данных Access (*.mdb);;Все файлы (*)"_s;
+
+} // namespace
+
+QString QtFileChooser::openJournal(const QString& folder)
+{
+    return QFileDialog::getOpenFileName(QApplication::activeWindow(), u"Открыть файл базы данных"_s,
+                                        folder, kFilter);
+}
+
+// An existing file is refused later, by name: a journal is never overwritten by a new one.
+QString QtFileChooser::newJournal(const QString& folder)
+{
+    QFileDialog dialog(QApplication::activeWindow(), u"Создать файл базы данных"_s, folder,
+                       kFilter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(u"mdb"_s);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    dialog.selectFile(u"Журнал.mdb"_s);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return {};
+    }
+    return dialog.selectedFiles().constFirst();
+}
+
+bool QtFileChooser::reveal(const QString& path)
+{
+#ifdef Q_OS_WIN
+    return QProcess::startDetached(u"explorer.exe"_s,
+                                   {u"/select,"_s + QDir::toNativeSeparators(path)});
+#else
+#ifdef JURNAL_DBUS
+    auto call = QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s,
+                                               u"/org/freedesktop/FileManager1"_s,
+                                               u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
+    call << QStringList{QUrl::fromLocalFile(path).toString()} << QString();
+    const auto bus = QDBusConnection::sessionBus();
+    if (bus.isConnected()
+        && bus.call(call, QDBus::Block, 3000).type() == QDBusMessage::ReplyMessage) {
+        return true;
+    }
+#endif
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
+#endif
+}
+
+} // namespace shell
