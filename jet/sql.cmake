@@ -1,0 +1,21 @@
+find_package(SQLite3 REQUIRED)
+
+# The functions and the collation that translated texts use: no tables, no files.
+add_library(jet_functions STATIC
+    sql/aggregates.cpp
+    sql/calendar.cpp
+    sql/collation.cpp
+    sql/conversion.cpp
+    sql/conversionfunctions.cpp
+    sql/datefunctions.cpp
+    sql/dateparsing.cpp
+    sql/formatdate.cpp
+    sql/formatnumber.cpp
+    sql/functioncall.cpp
+    sql/functions.cpp
+    sql/likepattern.cpp
+    sql/numberfunctions.cpp
+    sql/sqliteerror.cpp
+    sql/textfunctions.cpp
+)
+target_link_libraries(jet_functions PUBLIC jet_index SQLite::SQLite3)
