@@ -48,6 +48,10 @@ struct ResultColumn
     // The declared type of a column, the deduced one of an expression; nothing when only
     // the values can tell (NULL alone, a mixture of types).
     std::optional<FieldType> type;
+    // Of a plain column of a table: the table's name or alias, and the field. So a caller may
+    // ask for "SPPREP.FAMIO" even where the name is just "FAMIO".
+    std::string source;
+    std::string field;
 };
 
 // One Jet SQL statement in SQLite's language.
