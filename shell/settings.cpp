@@ -103,6 +103,11 @@ void Settings::setText(Setting setting, const QString& value)
     store(setting, value);
 }
 
+Wording Settings::wording() const
+{
+    return Wording(flag(Setting::School) ? Institution::School : Institution::College);
+}
+
 QStringList Settings::recentFiles() const
 {
     return m_store.value(QLatin1StringView(row(Setting::RecentFiles).key)).toStringList();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/wording.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QSettings>
@@ -59,6 +61,9 @@ public:
     void setNumber(Setting setting, int value);
     void setFlag(Setting setting, bool value);
     void setText(Setting setting, const QString& value);
+
+    // The wording that the setting School asks for.
+    Wording wording() const;
 
     // Most recent first, at most three.
     QStringList recentFiles() const;

@@ -1,0 +1,50 @@
+#include "cli/program.h"
+
+#include <algorithm>
+#include <exception>
+#include <ostream>
+
+namespace cli {
+
+namespace {
+
+// A message may hold line breaks; the promise to scripts is one line.
+std::string oneLine(std::string text)
+{
+    std::ranges::replace(text, '\n', ' ');
+    std::erase(text, '\r');
+    return text;
+}
+
+void addCommands(CLI::App& program, Streams streams)
+{
+    addCreate(program, streams);
+    addCheck(program, streams);
+    addTables(program, streams);
+    addSchema(program, streams);
+    addSql(program, streams);
+    addAttendance(program, streams);
+    addMark(program, streams);
+}
+
+} // namespace
+
+Status run(std::vector<std::string> arguments, Streams streams)
+{
+    CLI::App program("Журнал посещаемости и успеваемости из терминала", "jurnalctl");
+    program.require_subcommand(1);
+    program.set_version_flag("--version", PROGRAM_VERSION);
+    try {
+        addCommands(program, streams);
+        std::ranges::reverse(arguments); // as CLI11 takes a vector
+        program.parse(std::move(arguments));
+        return Status::Done;
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error, streams.out, streams.err) == 0 ? Status::Done : Status::Usage;
+    } catch (const std::exception& error) {
+        streams.err << oneLine(error.what()) << '\n';
+        return Status::Refused;
+    }
+}
+
+} // namespace cli
