@@ -15,10 +15,11 @@ jet::DateTime date(int day)
     return {static_cast<double>(day)};
 }
 
-// A point of time without a date, as lesson times are stored.
-jet::DateTime timeOfDay(int minutes)
+// "8:30" of minutes since midnight.
+std::string clock(int minutes)
 {
-    return {minutes / (24.0 * 60)};
+    const std::string rest = std::to_string(minutes % 60);
+    return std::to_string(minutes / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
 }
 
 void add(jet::Appender& appender, std::initializer_list<jet::Value> row)
@@ -102,15 +103,15 @@ void Writer::writeSettings()
 
 void Writer::writeCalendar()
 {
-    jet::Appender holidayRows(m_database, "HOLI", Columns{"DAY", "MN"});
+    jet::Appender holidayRows(m_database, "HOLI", Columns{"DAY", "MN", "NAIM"});
     for (const Holiday& holiday : holidays())
-        add(holidayRows, {holiday.day, holiday.month});
+        add(holidayRows, {holiday.day, holiday.month, holiday.name});
 
-    jet::Appender times(m_database, "UR_TIME", Columns{"IDUR", "TIM1", "TIM2"});
+    jet::Appender times(m_database, "UR_TIME", Columns{"IDUR", "NAIM"});
     const int length = 45 * m_size.hoursPerLesson;
     for (int number = 1; number <= kSlotsPerDay * 2 / m_size.hoursPerLesson + 1; ++number) {
         const int begin = 8 * 60 + 30 + (number - 1) * (length + 10);
-        add(times, {number, timeOfDay(begin), timeOfDay(begin + length)});
+        add(times, {number, clock(begin) + "-" + clock(begin + length)});
     }
 
     jet::Appender projects(m_database, "SPRASP", Columns{"DEY", "DAT1", "DAT2", "MEMO"});
