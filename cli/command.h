@@ -28,6 +28,7 @@ struct Streams
 void addAttendance(CLI::App& program, Streams streams);
 void addCheck(CLI::App& program, Streams streams);
 void addCreate(CLI::App& program, Streams streams);
+void addDemo(CLI::App& program, Streams streams);
 void addMark(CLI::App& program, Streams streams);
 void addSchema(CLI::App& program, Streams streams);
 void addSql(CLI::App& program, Streams streams);

@@ -20,6 +20,7 @@ void addCommands(CLI::App& program, Streams streams)
 {
     addCreate(program, streams);
     addCheck(program, streams);
+    addDemo(program, streams);
     addTables(program, streams);
     addSchema(program, streams);
     addSql(program, streams);

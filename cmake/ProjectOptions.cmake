@@ -19,6 +19,10 @@ if(MSVC)
 else()
     target_compile_options(project_options INTERFACE
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+        # GCC 12 warns falsely about std::string's operator+ when it optimises (GCC PR 105651).
+        target_compile_options(project_options INTERFACE -Wno-restrict)
+    endif()
 endif()
 if(JURNAL_SANITIZE)
     target_compile_options(project_options INTERFACE
