@@ -1,0 +1,86 @@
+#pragma once
+
+#include "journals/attendance.h"
+#include "journals/attendancemodel.h"
+#include "shell/forms/journalactions.h"
+
+#include <memory>
+
+namespace shell {
+class Prompt;
+class Session;
+class Settings;
+class StatusLine;
+} // namespace shell
+
+namespace journals {
+
+class AttendanceWidths;
+
+namespace Ui {
+class frmHPos;
+}
+
+// What the journal windows work with; all of it outlives them. Requires an open journal.
+struct JournalParts
+{
+    shell::Session& session;
+    shell::Settings& settings;
+    shell::Prompt& prompt;
+    shell::StatusLine& status;
+};
+
+// The attendance journal: selectors, a grid of students against days or lessons, and the
+// commands that act on its cells.
+class frmHPos final : public shell::JournalActions
+{
+    Q_OBJECT
+
+public:
+    explicit frmHPos(const JournalParts& parts, QWidget* parent = nullptr);
+    ~frmHPos() override;
+
+    bool available(shell::JournalAction action) const override;
+    void run(shell::JournalAction action) override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void setUpCommands();
+    void setUpGrid();
+    void applyWording();
+    void loadSettings();
+    void saveSettings();
+    void connectSelectors();
+
+    void fillGroups();
+    void groupChanged();
+    void selectionChanged(); // of subgroup, month or year
+    void fillDisciplines();
+    void refill();
+    void showSheet();
+    void goTo(int row, int column);
+    void setMode(AttendanceMode mode);
+    void wantMode(AttendanceMode mode);
+    void act(AbsenceAction action);
+    void actIfOffered(AbsenceAction action);
+    bool gesture(const QKeyEvent& key);
+    void markByLetter();
+    void copySelection();
+    void refreshCommands();
+
+    AttendanceSelection selection() const;
+    QModelIndexList actionCells() const;
+
+    JournalParts m_parts;
+    std::unique_ptr<Ui::frmHPos> ui;
+    Attendance m_attendance;
+    AttendanceModel m_model;
+    AttendanceWidths* m_widths = nullptr;
+    AttendanceMode m_mode = AttendanceMode::Days;
+};
+
+} // namespace journals
