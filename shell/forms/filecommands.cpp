@@ -112,15 +112,17 @@ bool FileCommands::reveal()
 bool FileCommands::demonstrate()
 {
     const QString path = QDir(m_demoFolder).filePath(kDemoFile);
-    const bool built = runCommand(m_prompt, u"Демонстрационный журнал не создан."_s, [this, &path] {
-        if (!QFileInfo::exists(path)) {
+    bool there = QFileInfo::exists(path);
+    if (!there) {
+        runCommand(m_prompt, u"Демонстрационный журнал не создан."_s, [&] {
             const WaitCursor wait;
             m_status.show(u"Создание демонстрационного журнала..."_s);
             QDir().mkpath(m_demoFolder);
-            m_demo(path);
-        }
-    });
-    return built && open(path);
+            there = m_demo(path);
+            m_status.show({});
+        });
+    }
+    return there && open(path);
 }
 
 bool FileCommands::take(const QString& path, bool create)

@@ -18,8 +18,9 @@ class Session;
 class Settings;
 class StatusLine;
 
-// Makes a journal file with a demonstration institution at a path where none is. May throw.
-using DemoBuilder = std::function<void(const QString& path)>;
+// Makes a journal file with a demonstration institution at a path where none is; false when it
+// was refused and the user has been told. May throw.
+using DemoBuilder = std::function<bool(const QString& path)>;
 // Asks the windows that show the open file to close; false when one of them stays.
 using ReleaseWindows = std::function<bool()>;
 

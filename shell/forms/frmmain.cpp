@@ -63,6 +63,7 @@ void frmMain::load(const QString& file)
     runCommand(m_parts.prompt, u"Папки программы не созданы."_s,
                [this] { makeProgramFolders(m_parts.programFolder, m_parts.userFolder); });
     bindWindows();
+    m_startPage->setDemoOffered(m_files->hasDemo());
     if (!file.isEmpty()) {
         m_files->open(file);
     }
@@ -207,11 +208,10 @@ void frmMain::showFile()
 {
     const bool open = m_parts.session.isOpen();
     const QString path = open ? m_parts.session.journal().path() : QString();
-    setWindowTitle(open ? QFileInfo(path).fileName() : QCoreApplication::applicationName());
+    setWindowTitle(open ? QFileInfo(path).fileName() : QGuiApplication::applicationDisplayName());
     m_fileKey->setEnabled(open);
     m_fileKey->setText(open ? u"Открыт файл: %1"_s.arg(QDir::toNativeSeparators(path))
                             : u"Файл не открыт"_s);
-    m_startPage->setDemoOffered(m_files->hasDemo());
     ui->pages->setCurrentWidget(open ? static_cast<QWidget*>(ui->mdiArea) : m_startPage);
     refreshCommands();
 }

@@ -63,8 +63,9 @@ QRect placeOnScreens(const QRect& saved, const QList<QRect>& screens)
 void restorePlace(QMainWindow& window, const Settings& settings)
 {
     const QList<QRect> screens = screenAreas();
-    QRect place(QPoint(0, 0), kFirstSize.boundedTo(screens.constFirst().size()));
-    place.moveCenter(screens.constFirst().center());
+    const QRect first = screens.constFirst();
+    QRect place(QPoint(0, 0), kFirstSize.boundedTo(first.size() * 0.9)); // the rest for the frame
+    place.moveCenter(first.center());
     if (settings.contains(Setting::MainWidth) && settings.contains(Setting::MainHeight)) {
         const QRect saved(settings.number(Setting::MainLeft), settings.number(Setting::MainTop),
                           settings.number(Setting::MainWidth),
