@@ -48,10 +48,10 @@ Json cells(const AttendanceSheet& sheet, std::size_t student)
 {
     auto list = Json::array();
     for (std::size_t column = 0; column < sheet.columns.size(); ++column)
-        if (sheet.columns[column].inForce)
-            list.push_back(sheet.cell(student, column).total());
-        else
+        if (sheet.state(student, column) == journals::AbsenceState::NotInForce)
             list.push_back("X");
+        else
+            list.push_back(sheet.cell(student, column).total());
     return list;
 }
 
