@@ -1,5 +1,7 @@
 #include "tests/support/scriptedprompt.h"
 
+#include <QRegularExpression>
+
 #include <gtest/gtest.h>
 
 ScriptedPrompt::~ScriptedPrompt()
@@ -17,6 +19,11 @@ void ScriptedPrompt::expectDefault(Box box, const QString& text, shell::Answer p
                                    shell::Answer answer)
 {
     m_script.push_back({box, text, answer, true, preset});
+}
+
+void ScriptedPrompt::expectMatching(Box box, const QString& pattern, shell::Answer answer)
+{
+    m_script.push_back({.box = box, .text = pattern, .answer = answer, .isPattern = true});
 }
 
 void ScriptedPrompt::critical(const QString& text)
@@ -57,7 +64,12 @@ ScriptedPrompt::Step ScriptedPrompt::next(Box box, const QString& text)
     const Step step = m_script.front();
     m_script.pop_front();
     EXPECT_EQ(step.box, box);
-    EXPECT_EQ(step.text.toStdString(), text.toStdString());
+    if (step.isPattern) {
+        EXPECT_TRUE(QRegularExpression(step.text).match(text).hasMatch())
+            << text.toStdString() << " does not match " << step.text.toStdString();
+    } else {
+        EXPECT_EQ(step.text.toStdString(), text.toStdString());
+    }
     return step;
 }
 

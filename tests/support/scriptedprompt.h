@@ -24,6 +24,8 @@ public:
     void expect(Box box, const QString& text, shell::Answer answer = shell::Answer::Yes);
     // As expect(), and the question must come with this default button.
     void expectDefault(Box box, const QString& text, shell::Answer preset, shell::Answer answer);
+    // A box whose text matches a regular expression, where the engine words part of it.
+    void expectMatching(Box box, const QString& pattern, shell::Answer answer = shell::Answer::Yes);
     bool done() const { return m_script.empty(); }
 
     void critical(const QString& text) override;
@@ -40,6 +42,7 @@ private:
         shell::Answer answer;
         bool checkPreset = false;
         shell::Answer preset = shell::Answer::No;
+        bool isPattern = false;
     };
     Step next(Box box, const QString& text);
 
