@@ -4,6 +4,7 @@
 #include "jet/value.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -71,6 +72,7 @@ struct Expression
     bool star = false;
     std::vector<ExpressionPtr> operands;
     QueryPtr query;
+    int depth = 1; // of the tree below, sub-queries included; the parser bounds it
 };
 
 enum class JoinKind { Inner, Left, Right };
@@ -99,7 +101,7 @@ struct Select
 {
     bool distinct = false;
     bool distinctRow = false;
-    std::optional<long> top;
+    std::optional<std::int64_t> top;
     bool topPercent = false;
     std::vector<SelectItem> items;
     std::vector<Source> from; // comma list; empty for SELECT without FROM
@@ -120,6 +122,7 @@ struct Query
     std::vector<Select> parts;
     std::vector<bool> unionAll; // one for each part but the first
     std::vector<OrderItem> orderBy;
+    int depth = 0; // of the deepest expression in it
 };
 
 struct Insert
