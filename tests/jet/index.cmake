@@ -1,6 +1,8 @@
 app_test(NAME jet_index_test
     SOURCES
+        btree_test.cpp
         indexkey_test.cpp
         sortkey_test.cpp
-    LIBRARIES jet_index
+        treeverifier.cpp
+    LIBRARIES jet_index test_files
     LABELS jet)
