@@ -6,6 +6,7 @@
 #include "data/structure.h"
 #include "data/upgrade.h"
 #include "jet/error.h"
+#include "jet/storage/file.h"
 
 #include <QFileInfo>
 
@@ -53,11 +54,13 @@ void bringUpToDate(jet::Database& database)
     upgrade::appendSupplement(database);
 }
 
-std::unique_ptr<jet::Database> openExisting(const QString& path, Messages& messages)
+std::unique_ptr<jet::Database> openExisting(jet::FileSystem& files, const QString& path,
+                                            Messages& messages)
 {
-    if (!QFileInfo(path).isFile())
+    const auto file = toPath(path);
+    if (!files.exists(file) || QFileInfo(path).isDir())
         throw Refusal{u"Файл базы данных "_s + path + u" не найден!"_s};
-    auto database = jet::Database::open(toPath(path));
+    auto database = jet::Database::open(files, file, jet::OpenMode::Exclusive);
     jet::Transaction transaction(*database);
     const bool newer = isNewer(*database, path);
     if (newer)
@@ -81,16 +84,24 @@ void fillNew(jet::Database& database)
     transaction.commit();
 }
 
-std::unique_ptr<jet::Database> createNew(const QString& path)
+// The failure that led here is the one to tell.
+void removeQuietly(jet::FileSystem& files, const std::filesystem::path& file)
+{
+    try {
+        files.remove(file);
+    } catch (const jet::Error&) {
+    }
+}
+
+std::unique_ptr<jet::Database> createNew(jet::FileSystem& files, const QString& path)
 {
     const auto file = toPath(path);
-    auto database = jet::Database::create(file, {.encoded = true});
+    auto database = jet::Database::create(files, file, {.encoded = true});
     try {
         fillNew(*database);
     } catch (...) {
         database.reset();
-        std::error_code ignored;
-        std::filesystem::remove(file, ignored);
+        removeQuietly(files, file);
         throw;
     }
     return database;
@@ -100,8 +111,14 @@ std::unique_ptr<jet::Database> createNew(const QString& path)
 
 std::unique_ptr<Journal> Journal::openAndCheck(const QString& path, bool create, Messages& messages)
 {
+    return openAndCheck(jet::FileSystem::system(), path, create, messages);
+}
+
+std::unique_ptr<Journal> Journal::openAndCheck(jet::FileSystem& files, const QString& path,
+                                               bool create, Messages& messages)
+{
     try {
-        auto database = create ? createNew(path) : openExisting(path, messages);
+        auto database = create ? createNew(files, path) : openExisting(files, path, messages);
         return std::unique_ptr<Journal>(new Journal(std::move(database)));
     } catch (const Refusal& refusal) {
         messages.critical(refusal.message);

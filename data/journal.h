@@ -20,6 +20,9 @@ public:
     // to the byte and a file to be created does not exist. Throws nothing.
     static std::unique_ptr<Journal> openAndCheck(const QString& path, bool create,
                                                  Messages& messages);
+    // The same over another file layer, for tests that make it fail.
+    static std::unique_ptr<Journal> openAndCheck(jet::FileSystem& files, const QString& path,
+                                                 bool create, Messages& messages);
 
     jet::Database& database() { return *m_database; }
     QString path() const;
