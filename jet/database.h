@@ -17,6 +17,10 @@ namespace jet {
 
 class FileSystem;
 class Store;
+namespace sql {
+class Engine;
+struct Translation;
+} // namespace sql
 
 enum class OpenMode {
     Exclusive, // read and write; no other process may have the file open
@@ -82,15 +86,20 @@ public:
     std::int64_t insert(std::string_view table,
                         std::span<const std::pair<std::string, Value>> values);
 
-    // Runs over the file since the last commit are kept in memory; see Transaction.
+    // For tools that look below SQL. Whoever changes anything through it must not leave a
+    // Recordset open meanwhile.
     Store& store() { return *m_store; }
 
 private:
+    friend class Appender;
     friend class Transaction;
-    Database(std::unique_ptr<Store> store);
-    struct Engine;
+    explicit Database(std::unique_ptr<Store> store);
+    // Before any change: throws Error (ReadOnly), and lets open record sets keep their rows.
+    void prepareChange();
+    std::int64_t changeDefinition(const sql::Translation& change);
+
     std::unique_ptr<Store> m_store;
-    std::unique_ptr<Engine> m_engine;
+    std::unique_ptr<sql::Engine> m_engine; // reads the store
 };
 
 // Adds many rows to one table without parsing SQL for each.
@@ -103,9 +112,13 @@ public:
     std::int64_t append(std::span<const Value> values);
 
 private:
-    Store& m_store;
+    void findColumns();
+
+    Database& m_database;
     std::string m_table;
-    std::vector<int> m_positions; // of each given column in the table definition
+    std::vector<std::string> m_columns;
+    std::uint64_t m_schemaVersion = 0; // when the positions were looked up
+    std::vector<int> m_positions;      // of each given column in the table definition
     std::vector<Value> m_row;
 };
 
@@ -123,7 +136,7 @@ public:
     void commit();
 
 private:
-    Store& m_store;
+    Database& m_database;
     bool m_open = true;
 };
 

@@ -23,8 +23,9 @@ struct RecordsetColumn
 //     while (rows.next())
 //         use(rows.text("FAM"), rows["IM"]);
 //
-// Must not outlive its Database. Changing the tables it reads while it is open is allowed
-// only after the last next(); use Database::rows() to change while walking.
+// Must not outlive its Database. Rows are read as next() asks for them; when anything is
+// changed through the Database meanwhile, the rows still to come are taken into memory
+// first, so a Recordset always shows the tables as they were when it was last alone.
 class Recordset
 {
 public:

@@ -19,3 +19,20 @@ add_library(jet_functions STATIC
     sql/textfunctions.cpp
 )
 target_link_libraries(jet_functions PUBLIC jet_index SQLite::SQLite3)
+
+add_library(jet STATIC
+    appender.cpp
+    database.cpp
+    recordset.cpp
+    sql/columnstatistics.cpp
+    sql/columnvalue.cpp
+    sql/engine.cpp
+    sql/resultvalue.cpp
+    sql/rowfilter.cpp
+    sql/statementcache.cpp
+    sql/storeschema.cpp
+    sql/tablecursor.cpp
+    sql/tableplan.cpp
+    sql/virtualtable.cpp
+)
+target_link_libraries(jet PUBLIC jet_store jet_lang jet_functions)

@@ -1,0 +1,121 @@
+#include "jet/sql/tablecursor.h"
+
+#include "jet/error.h"
+#include "jet/sql/columnvalue.h"
+
+namespace jet::sql {
+
+TableCursor::TableCursor(VirtualTable& table)
+    : sqlite3_vtab_cursor{}
+    , m_table(table)
+    , m_rows(&table.table())
+    , m_schemaVersion(table.schemaVersion())
+{
+    for (const ColumnDefinition& column : m_rows->definition().columns)
+        m_types.push_back(column.type());
+}
+
+void TableCursor::filter(const TablePlan& plan, std::span<sqlite3_value*> arguments)
+{
+    requireSameSchema();
+    m_row = nullptr;
+    m_filters.clear();
+    for (std::size_t i = plan.access == Access::Scan ? 0 : 1; i < plan.terms.size(); ++i) {
+        const auto position = static_cast<std::size_t>(plan.terms[i].position);
+        m_filters.emplace_back(plan.terms[i], m_rows->definition().columns[position], arguments[i]);
+        if (!m_filters.back().isPossible())
+            return;
+    }
+    start(plan, arguments.empty() ? nullptr : arguments[0]);
+    next();
+}
+
+void TableCursor::start(const TablePlan& plan, sqlite3_value* key)
+{
+    m_scanning = plan.access == Access::Scan;
+    m_found.clear();
+    m_next = 0;
+    if (plan.access == Access::Scan) {
+        m_scan = m_rows->scan();
+    } else if (plan.access == Access::Lookup) {
+        findRows(plan.terms[0].position, key);
+    } else if (sqlite3_value_numeric_type(key) == SQLITE_INTEGER) {
+        if (const RowPointer row = rowPointer(sqlite3_value_int64(key)); !row.isNull())
+            m_found.push_back(row);
+    }
+}
+
+void TableCursor::findRows(int position, sqlite3_value* value)
+{
+    const FieldType type = m_types[static_cast<std::size_t>(position)];
+    const auto key = keyFor(type, value);
+    if (!key)
+        return;
+    // An index of the file serves single questions; many are worth a hash index in memory.
+    // Texts always take that one: a text that no index can hold may still be asked for.
+    const int index = type == FieldType::Text ? -1 : m_table.indexForSeek(*m_rows, position);
+    if (index >= 0) {
+        m_found = m_rows->seek(index, std::span(&*key, 1));
+    } else {
+        const auto rows = m_rows->lookup(position, *key);
+        m_found.assign(rows.begin(), rows.end());
+    }
+}
+
+void TableCursor::next()
+{
+    requireSameSchema();
+    while (advance()) {
+        if (passes())
+            return;
+    }
+    m_row = nullptr;
+}
+
+bool TableCursor::advance()
+{
+    if (m_scanning) {
+        m_row = &m_scan.row();
+        return m_scan.next();
+    }
+    while (m_next < m_found.size()) {
+        m_foundRow = m_rows->find(m_found[m_next++]);
+        if (m_foundRow) {
+            m_row = &*m_foundRow;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool TableCursor::passes() const
+{
+    for (const RowFilter& filter : m_filters) {
+        if (!filter.accepts(*m_row, m_buffer))
+            return false;
+    }
+    return true;
+}
+
+void TableCursor::column(sqlite3_context* context, int column)
+{
+    // An UPDATE does not want the columns that it leaves alone.
+    if (sqlite3_vtab_nochange(context))
+        return;
+    requireSameSchema();
+    if (column < 0 || column >= m_table.columnCount())
+        return;
+    const int position = m_table.position(column);
+    setResultFromRow(context, *m_row, position, m_types[static_cast<std::size_t>(position)],
+                     m_buffer);
+}
+
+// The objects behind the row are gone when the schema has changed. Database ends or
+// buffers all readers before that happens, so this is a broken promise of its callers.
+void TableCursor::requireSameSchema() const
+{
+    if (m_schemaVersion != m_table.schemaVersion())
+        throw Error(Fault::Unsupported, "таблица изменилась, пока из неё читали");
+}
+
+} // namespace jet::sql
