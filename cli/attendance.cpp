@@ -10,6 +10,8 @@
 #include <map>
 #include <ostream>
 
+using namespace Qt::StringLiterals;
+
 namespace cli {
 
 namespace {
@@ -96,7 +98,7 @@ Row totalRow(const AttendanceSheet& sheet, const std::string& title, bool unexcu
 
 void printAsText(std::ostream& out, const AttendanceSheet& sheet)
 {
-    Row header = {"№", "ФИО студента", "На начало"};
+    Row header = {"№", worded(u"ФИО студента"_s), "На начало"};
     for (const auto& column : sheet.columns)
         header.push_back(column.title.toStdString());
     header.insert(header.end(), {"Месяц", "На конец", "Неуваж."});

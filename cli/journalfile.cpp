@@ -3,12 +3,14 @@
 #include "cli/command.h"
 #include "data/convert.h"
 #include "jet/sqltext.h"
+#include "shell/settings.h"
 
 #include <QDate>
 
 #include <algorithm>
-#include <charconv>
 #include <vector>
+
+using namespace Qt::StringLiterals;
 
 namespace cli {
 
@@ -27,8 +29,13 @@ struct Book
 {
     std::string table;
     std::string key;
-    std::string what; // "группа", as messages call it
+    QString what; // "группа", as messages call it
 };
+
+Failure notFound(const QString& what, const std::string& text)
+{
+    return Failure("Не найдено: " + worded(what) + " " + text);
+}
 
 bool isNumber(const std::string& text)
 {
@@ -47,9 +54,9 @@ std::int64_t find(jet::Database& database, const Book& book, const std::string& 
         if (rows.text("NAIM") == text)
             keys.push_back(rows.integer(book.key));
     if (keys.empty())
-        throw Failure("Не найдена " + book.what + ": " + text);
+        throw notFound(book.what, text);
     if (keys.size() > 1)
-        throw Failure("Такое имя не одно, укажите номер: " + book.what + " " + text);
+        throw Failure("Такое имя не одно, укажите номер: " + worded(book.what) + " " + text);
     return keys.front();
 }
 
@@ -65,14 +72,26 @@ std::unique_ptr<data::Journal> createJournal(const std::string& path, TerminalPr
     return journal(path, true, prompt);
 }
 
+std::string worded(const QString& text)
+{
+    return shell::Settings().wording().translate(text).toStdString();
+}
+
 std::int64_t findGroup(jet::Database& database, const std::string& text)
 {
-    return find(database, {"SPGRUP", "IDG", "группа"}, text);
+    return find(database, {"SPGRUP", "IDG", u"группа"_s}, text);
 }
 
 std::int64_t findDiscipline(jet::Database& database, const std::string& text)
 {
-    return find(database, {"SPPRED", "IDD", "дисциплина"}, text);
+    return find(database, {"SPPRED", "IDD", u"дисциплина"_s}, text);
+}
+
+void requireStudent(jet::Database& database, std::int64_t student)
+{
+    const std::string key = jet::sql::number(student);
+    if (database.count("SELECT ID FROM SPSTUD WHERE ID = " + key + ';') == 0)
+        throw notFound(u"студент"_s, key);
 }
 
 QDate dateArgument(const std::string& text)

@@ -25,8 +25,7 @@ void run(const Options& options, Streams streams)
     const auto journal = openJournal(options.file, prompt);
     jet::Database& database = journal->database();
     const auto discipline = findDiscipline(database, options.discipline);
-    if (database.count("SELECT ID FROM SPSTUD WHERE ID = " + std::to_string(options.student)) == 0)
-        throw Failure("Не найден студент: " + std::to_string(options.student));
+    requireStudent(database, options.student);
     LastStatus status;
     journals::Attendance attendance(database, shell::Settings().wording(), prompt, status);
     const QString text = attendance.mark(
