@@ -14,8 +14,7 @@ constexpr std::size_t kShortestEntry = 1 + kRowPointerBytes;
 
 int compareBytes(ByteView a, ByteView b)
 {
-    const std::size_t shared = std::min(a.size(), b.size());
-    const int order = shared == 0 ? 0 : std::memcmp(a.data(), b.data(), shared);
+    const int order = std::memcmp(a.data(), b.data(), std::min(a.size(), b.size()));
     if (order != 0)
         return order;
     return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
@@ -133,6 +132,8 @@ bool IndexPage::equals(std::size_t i, ByteView key) const
 
 std::size_t IndexPage::lowerBound(ByteView key, std::size_t limit) const
 {
+    if (key.empty())
+        return 0;
     if (m_prefix > 0) {
         const std::size_t shared = std::min(m_prefix, key.size());
         const int order = std::memcmp(key.data(), m_page.data() + kIndexEntries, shared);
