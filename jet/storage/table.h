@@ -2,6 +2,7 @@
 
 #include "jet/storage/definition.h"
 #include "jet/storage/pager.h"
+#include "jet/storage/rowcodec.h"
 #include "jet/storage/types.h"
 #include "jet/storage/usagemap.h"
 #include "jet/value.h"
@@ -37,13 +38,21 @@ public:
 private:
     friend class Table;
     friend class TableScan;
+    const ColumnDefinition& at(int column) const
+    {
+        return m_columns[static_cast<std::size_t>(column)];
+    }
+    // The stored bytes of a column; throws Error (Damaged) when they lie outside the row or
+    // are fewer than `least`.
+    ByteView item(const ColumnDefinition& column, std::size_t least = 0) const;
+    [[noreturn]] void throwDamaged() const;
+
     const Table* m_table = nullptr;
+    const ColumnDefinition* m_columns = nullptr; // of the table's definition
     RowPointer m_pointer;
-    PageRef m_page;                  // the page that holds the data
-    ByteView m_bytes;                // the row
-    std::uint16_t m_columnCount = 0; // of the row, not of the table
-    std::uint16_t m_slotCount = 0;
-    std::size_t m_maskOffset = 0;
+    RowPointer m_data; // where a moved row's data are; unset for others
+    PageRef m_page;    // the page that holds the data
+    RowParts m_parts;
 };
 
 // Walks the live rows of a table in page order. Survives changes made through the same
@@ -56,10 +65,14 @@ public:
 
 private:
     friend class Table;
+    bool openNextPage();
+    bool stepOnPage();
+
     Table* m_table = nullptr;
     std::shared_ptr<const std::vector<PageNumber>> m_pages;
-    std::size_t m_pageIndex = 0;
-    int m_nextRow = 0;
+    std::size_t m_nextPage = 0; // index into m_pages
+    std::size_t m_nextRow = 0;
+    PageRef m_page; // the page being walked
     RowView m_row;
 };
 
@@ -113,7 +126,16 @@ public:
     PageAllocator& allocator() const { return m_allocator; }
 
 private:
+    friend class TableScan;
     struct Impl;
+    // Makes `view` show the row in slot `row` of the page; false when it is not one of the
+    // table's live rows.
+    bool show(RowView& view, const PageRef& page, std::size_t row) const;
+    ByteView followMoved(RowView& view, ByteView pointer) const;
+    bool owns(PageNumber page) const; // says the map, not the page
+    Impl& current() const;            // after re-reading what a rollback has made stale
+    RowView liveRow(RowPointer row);
+
     Pager& m_pager;
     PageAllocator& m_allocator;
     std::string m_name;
