@@ -10,7 +10,7 @@ namespace jet::sql {
 // level of ours opens up to three of them.
 inline constexpr int kMaxNesting = 30;
 // Operators in a row count too: `a OR b OR c` is a tree of depth 3. SQLite allows 1000.
-inline constexpr int kMaxDepth = 900;
+inline constexpr int kMaxDepth = 500;
 
 // Counts one level for as long as it lives.
 class Parser::Nested
