@@ -44,7 +44,8 @@ struct Field
     std::string name;
     FieldType type = FieldType::Long;
     int size = 0; // characters for Text, bytes otherwise; 0 for Memo and LongBinary
-    int attributes = attribute::kFixed;
+    // To create a column, neither kFixed nor kVariable means as its type usually is.
+    int attributes = 0;
     int ordinal = 0; // display position
     bool required = false;
     bool allowZeroLength = false;

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <chrono>
 #include <cmath>
+#include <ctime>
 #include <limits>
 
 namespace jet {
@@ -160,6 +161,20 @@ std::optional<DateTime> DateTime::parse(const std::string& text)
     if (shape == ":" || shape == "::")
         return checkedDate(1899, 12, 30, n[0], n[1], n[2]);
     return std::nullopt;
+}
+
+DateTime DateTime::now()
+{
+    const std::time_t seconds = std::time(nullptr);
+    std::tm local = {};
+#ifdef _WIN32
+    localtime_s(&local, &seconds);
+#else
+    localtime_r(&seconds, &local);
+#endif
+    // A leap second would lie outside the day's last minute.
+    return of(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min,
+              std::min(local.tm_sec, 59));
 }
 
 DateTime::Parts DateTime::parts() const

@@ -23,6 +23,8 @@ struct DateTime
     // Proleptic Gregorian; requires a valid date and time of day.
     static DateTime of(int year, int month, int day, int hour = 0, int minute = 0, int second = 0);
 
+    static DateTime now(); // local time, to the second
+
     struct Parts
     {
         int year, month, day, hour, minute, second;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "jet/database.h"
+#include "jet/storage/catalogueobject.h"
 #include "jet/storage/pager.h"
 #include "jet/storage/table.h"
 #include "jet/storage/usagemap.h"
@@ -13,20 +14,6 @@
 #include <vector>
 
 namespace jet {
-
-// A row of MSysObjects.
-struct CatalogueObject
-{
-    std::uint32_t id = 0;
-    std::uint32_t parent = 0;
-    std::string name;
-    int type = 0; // 1 table, 3 container, 4/6 linked table, 5 query, 8 relationship ...
-    std::uint32_t flags = 0;
-    DateTime created;
-    DateTime updated;
-    bool isLocalTable() const { return type == 1; }
-    bool isUserTable() const; // local, neither of the engine nor of Access itself
-};
 
 // Everything below SQL: pages, catalogue, tables and definition changes of one file.
 class Store

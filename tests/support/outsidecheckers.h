@@ -36,8 +36,7 @@ std::vector<std::uint8_t> bytesOf(const std::filesystem::path& path);
 // What jet4_check.py finds wrong with a file, "" when it finds no error; nothing when the
 // checker or Python is absent.
 //
-//     if (const auto errors = structuralErrors(path))
-//         EXPECT_EQ(*errors, "");
+//     EXPECT_EQ(structuralErrors(path).value_or(""), "");
 std::optional<std::string> structuralErrors(const std::filesystem::path& database);
 
 // Standard output of a program of mdbtools ("mdb-export", "mdb-tables", "mdb-ver",
