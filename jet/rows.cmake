@@ -8,9 +8,12 @@ add_library(jet_rows STATIC
     storage/indexkeeper.cpp
     storage/longvalue.cpp
     storage/rowcodec.cpp
+    storage/rowdraft.cpp
     storage/rowspace.cpp
     storage/rowview.cpp
     storage/table.cpp
+    storage/tablechange.cpp
+    storage/tableindexes.cpp
     storage/tablescan.cpp
     storage/textcodec.cpp
     storage/valuecodec.cpp

@@ -122,8 +122,7 @@ std::optional<std::uint64_t> EqualityKey::of(const ColumnDefinition& column, con
     case FieldType::Decimal:
         return numberKey(column, value);
     case FieldType::Text:
-        return value.as<Bytes>() ? std::nullopt
-                                 : std::optional(hashed(generalSortKey(value.toText())));
+        return value.as<Bytes>() ? std::nullopt : std::optional(ofText(value.toText()));
     case FieldType::Guid:
         return guidKey(column, value);
     default:
@@ -141,6 +140,11 @@ std::uint64_t EqualityKey::ofInteger(std::int64_t value)
 std::uint64_t EqualityKey::ofNumber(double value)
 {
     return mixed(std::bit_cast<std::uint64_t>(value == 0 ? 0.0 : value)); // -0 equals 0
+}
+
+std::uint64_t EqualityKey::ofText(const std::string& text)
+{
+    return hashed(generalSortKey(text));
 }
 
 void EqualityIndex::finish()

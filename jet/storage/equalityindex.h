@@ -9,6 +9,7 @@
 #include <optional>
 #include <set>
 #include <span>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -25,6 +26,7 @@ struct EqualityKey
     static std::optional<std::uint64_t> of(const ColumnDefinition& column, const Value& value);
     static std::uint64_t ofInteger(std::int64_t value);
     static std::uint64_t ofNumber(double value);
+    static std::uint64_t ofText(const std::string& text);
 };
 
 // The rows of one table by the key of one column, in memory: arrays sorted by key and row,

@@ -102,6 +102,15 @@ Bytes IndexKeeper::prefixKey(std::size_t i, std::span<const Value> values) const
     return key;
 }
 
+bool IndexKeeper::isNullKey(std::size_t i, ByteView key) const
+{
+    const Index& index = m_indexes[i];
+    Bytes nulls;
+    for (std::size_t k = 0; k < index.columns.size(); ++k)
+        appendIndexKey(nulls, *index.columns[k], index.descending[k] != 0, Value());
+    return std::ranges::equal(key, nulls);
+}
+
 void IndexKeeper::throwDuplicate(std::size_t index) const
 {
     throw Error(Fault::Duplicate,

@@ -49,10 +49,14 @@ public:
     // The key of a row, nothing when the index has no entry for it. Throws Error (NullValue,
     // Unsupported).
     std::optional<Bytes> entryKey(std::size_t index, std::span<const Value> row) const;
+    // Throws Error (NullValue) when the index forbids a NULL of the row.
+    void requireValues(std::size_t index, std::span<const Value> row) const;
     // True when no two entries may have this row's key.
     bool mustBeUnique(std::size_t index, std::span<const Value> row) const;
     // Key bytes of values for the leading columns of the index.
     Bytes prefixKey(std::size_t index, std::span<const Value> values) const;
+    // True for the key of rows that are NULL in all columns.
+    bool isNullKey(std::size_t index, ByteView key) const;
     [[noreturn]] void throwDuplicate(std::size_t index) const;
     void storeStatistics(std::size_t index, const RealIndex& statistics);
 
@@ -67,7 +71,6 @@ private:
         std::string name; // of a logical index that uses it
     };
     bool allNull(const Index& index, std::span<const Value> row) const;
-    void requireValues(std::size_t index, std::span<const Value> row) const;
     void eraseEntry(std::size_t index, ByteView key, RowPointer row);
 
     Pager& m_pager;

@@ -49,6 +49,8 @@ void RowSpace::erase(RowPointer row)
     datapage::eraseRow(page, row.row);
     if (!datapage::isVacant(page))
         return offer(row.page, page);
+    if (!m_owned.contains(row.page))
+        return; // some other map may name it; a leak does less harm
     if (hasFreeMap())
         m_freeSpace.remove(row.page);
     m_owned.remove(row.page);
@@ -142,7 +144,7 @@ RowPointer RowSpace::place(PageNumber number, ByteView row, std::uint16_t state)
 
 void RowSpace::offer(PageNumber number, ByteView page)
 {
-    if (hasFreeMap() && datapage::freeBytes(page) >= kWorthOffering
+    if (hasFreeMap() && datapage::freeBytes(page) >= kWorthOffering && m_owned.contains(number)
         && datapage::rowCount(page) < datapage::kMostRows && !m_freeSpace.contains(number))
         m_freeSpace.add(number);
 }

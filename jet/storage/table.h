@@ -34,6 +34,8 @@ public:
     double number(int column) const;
     // Text and Memo as UTF-8, appended to `out`. Requires !isNull(column).
     void text(int column, std::string& out) const;
+    // The bytes as stored, of a long value its item. Requires !isNull(column), no Boolean.
+    ByteView storedItem(int column) const { return item(at(column)); }
 
 private:
     friend class Table;
@@ -113,7 +115,8 @@ public:
     // Position in Definition::realIndexes of an index led by that column, -1 if none. Text
     // columns are left out unless their keys are known.
     int indexLedBy(int column) const;
-    // Rows whose first columns of that index equal the values, by its tree.
+    // Rows whose first columns of that index equal the values, by its tree. Throws Error
+    // (Unsupported) for a text whose key is not known.
     std::vector<RowPointer> seek(int realIndex, std::span<const Value> values);
 
     // Fills the tree of an index from the rows; throws Error (Duplicate, NullValue) before
@@ -135,6 +138,16 @@ private:
     bool owns(PageNumber page) const; // says the map, not the page
     Impl& current() const;            // after re-reading what a rollback has made stale
     RowView liveRow(RowPointer row);
+
+    void requireColumns(std::span<const Value> values) const;
+    std::vector<Value> convertNew(std::span<const Value> values);
+    std::vector<Value> valuesOf(const RowView& row) const;
+    std::int64_t nextCounter();
+    void storeCounter(const Value& stored);
+    void storeRowCount(std::int64_t change);
+    void storeRow(const RowView& view, ByteView bytes);
+    void releaseLongValue(std::size_t column, ByteView item);
+    void followLookups(RowPointer row, std::span<const Value> before, std::span<const Value> after);
 
     Pager& m_pager;
     PageAllocator& m_allocator;

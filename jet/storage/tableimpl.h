@@ -40,6 +40,7 @@ struct Table::Impl
     std::unique_ptr<Parts> parts;
     std::shared_ptr<const std::vector<PageNumber>> pages; // of the owned map; null: not read
     std::map<int, EqualityIndex> lookups;                 // by column position
+    std::vector<RowPointer> verified;                     // the last lookup's result
     std::int64_t lastCounter = 0;
     // Highest counter value found in the rows, once looked for. It only guards against a
     // counter in the definition that lags behind.
