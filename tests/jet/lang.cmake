@@ -1,0 +1,8 @@
+app_test(NAME jet_lang_test
+    SOURCES
+        journalconnection.cpp
+        queries_test.cpp
+    LIBRARIES jet_functions jet_lang
+    LABELS jet
+)
+target_compile_definitions(jet_lang_test PRIVATE JET_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}")
