@@ -41,7 +41,7 @@ inline constexpr int kHyperlink = 32768;
 // A column as DAO shows it.
 struct Field
 {
-    std::string name;
+    std::string name = {};
     FieldType type = FieldType::Long;
     int size = 0; // characters for Text, bytes otherwise; 0 for Memo and LongBinary
     // To create a column, neither kFixed nor kVariable means as its type usually is.
@@ -49,21 +49,21 @@ struct Field
     int ordinal = 0; // display position
     bool required = false;
     bool allowZeroLength = false;
-    std::string defaultValue;              // Jet expression, "" if none
+    std::string defaultValue = {};         // Jet expression, "" if none
     std::uint8_t precision = 0, scale = 0; // Decimal only
 };
 
 struct IndexField
 {
-    std::string name;
+    std::string name = {};
     bool descending = false;
     friend bool operator==(const IndexField&, const IndexField&) = default;
 };
 
 struct Index
 {
-    std::string name;
-    std::vector<IndexField> fields;
+    std::string name = {};
+    std::vector<IndexField> fields = {};
     bool primary = false;
     bool unique = false;
     bool required = false; // no NULL in any column
@@ -77,13 +77,13 @@ struct Index
 // A table as DAO shows it. To create a table, fill name, fields and indexes.
 struct TableDef
 {
-    std::string name;
-    std::vector<Field> fields;  // in collection order: ordinal, ties by creation
-    std::vector<Index> indexes; // hidden partners of relationships left out
+    std::string name = {};
+    std::vector<Field> fields = {};  // in collection order: ordinal, ties by creation
+    std::vector<Index> indexes = {}; // hidden partners of relationships left out
     bool system = false;
     bool hidden = false;
-    DateTime created;
-    DateTime updated;
+    DateTime created = {};
+    DateTime updated = {};
 
     // Case-insensitive; null when there is none.
     const Field* field(std::string_view fieldName) const;

@@ -134,7 +134,7 @@ Properties::Block Properties::parseProperties(std::uint16_t type, ByteView conte
 
 Bytes Properties::encode() const
 {
-    if (m_blocks.empty())
+    if (m_blocks.empty() && m_names.empty())
         return {};
     Bytes out(kMagic.begin(), kMagic.end());
     Bytes names;
@@ -230,6 +230,8 @@ void Properties::removeColumn(std::string_view column)
     std::erase_if(m_blocks, [column](const Block& block) {
         return block.type == kColumnBlock && sameName(block.owner, column);
     });
+    if (m_blocks.empty())
+        m_names.clear();
 }
 
 void Properties::addField(const Field& field)

@@ -123,7 +123,9 @@ std::filesystem::path copyOf(const std::filesystem::path& sample, const Temporar
 std::vector<std::uint8_t> bytesOf(const std::filesystem::path& path)
 {
     std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    std::vector<std::uint8_t> bytes(std::filesystem::file_size(path));
+    in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
 }
 
 std::optional<std::string> structuralErrors(const std::filesystem::path& database)
