@@ -4,6 +4,7 @@
 #include "jet/sql/dateliteral.h"
 #include "jet/text.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace jet::sql {
@@ -11,6 +12,11 @@ namespace jet::sql {
 namespace {
 
 constexpr char32_t kNoBreakSpace = 0xA0;
+
+// Keywords behind which an operand begins.
+constexpr std::string_view kBeforeOperand[] = {
+    "SELECT", "DISTINCT", "DISTINCTROW", "ALL", "WHERE", "HAVING",  "BY",   "ON",  "AND",
+    "OR",     "XOR",      "EQV",         "IMP", "NOT",   "BETWEEN", "LIKE", "MOD", "PERCENT"};
 
 bool isDigit(char c)
 {
@@ -62,7 +68,7 @@ private:
         const char c = m_sql[m_at];
         if (isWordStart(c))
             return word();
-        if (isDigit(c) || (c == '.' && isDigit(at(m_at + 1)) && !afterOperand()))
+        if (isDigit(c) || (c == '.' && isDigit(at(m_at + 1))))
             return number();
         switch (c) {
         case '"':
@@ -84,12 +90,16 @@ private:
         return symbol();
     }
 
-    // Whether the token before can end an operand, so that `.5` and `&HA` continue it.
+    // Whether the token before can end an operand, so that `&HA` joins a column to it.
     bool afterOperand() const
     {
         if (m_tokens.empty())
             return false;
         const Token& last = m_tokens.back();
+        if (last.kind == TokenKind::Word)
+            return std::ranges::none_of(kBeforeOperand, [&last](std::string_view word) {
+                return sameName(word, last.text);
+            });
         return last.kind != TokenKind::Symbol || last.text == ")";
     }
 

@@ -6,8 +6,7 @@
 
 namespace jet::sql {
 
-// Levels of brackets, calls and sub-queries. SQLite's parser holds 100 open rules, and one
-// level of ours opens up to three of them.
+// Levels of brackets, calls and sub-queries, needless brackets included.
 inline constexpr int kMaxNesting = 30;
 // Operators in a row count too: `a OR b OR c` is a tree of depth 3. SQLite allows 1000.
 inline constexpr int kMaxDepth = 500;

@@ -181,8 +181,11 @@ const SelectTranslator::Output* SelectTranslator::outputNamed(std::string_view n
 
 void SelectTranslator::checkGrouping() const
 {
-    if (!m_scope.aggregated && m_select.groupBy.empty() && !m_select.having)
+    if (!m_scope.aggregated && m_select.groupBy.empty()) {
+        if (m_select.having)
+            throw Error(Fault::Syntax, "условие HAVING требует GROUP BY");
         return;
+    }
     const auto check = [](const std::vector<Scope::Use>& loose) {
         if (!loose.empty())
             throw Error(Fault::Syntax, "поле «" + loose.front().source + '.' + loose.front().field
@@ -225,7 +228,7 @@ bool SelectTranslator::nameTaken(const Output& output) const
 // DISTINCTROW: one result row for each combination of rows of the tables that are shown.
 std::string SelectTranslator::rowGroups() const
 {
-    const bool grouped = m_scope.aggregated || !m_select.groupBy.empty() || m_select.having;
+    const bool grouped = m_scope.aggregated || !m_select.groupBy.empty();
     if (!m_select.distinctRow || grouped)
         return "";
     std::string result;

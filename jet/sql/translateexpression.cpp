@@ -10,7 +10,7 @@ namespace jet::sql {
 namespace {
 
 // No statement of any use comes near; aliases that repeat each other would.
-constexpr std::size_t kMaxText = 4'000'000;
+constexpr std::size_t kMaxText = 1'000'000;
 // Expressions being translated one inside the other, through sub-queries and aliases.
 constexpr int kMaxOpen = 1000;
 

@@ -4,11 +4,43 @@
 
 #include "jet/error.h"
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace jet::sql {
 
 namespace {
+
+// SQLite's parser keeps at most 100 symbols open; a bracket or a CASE takes up to five.
+constexpr int kMaxOpen = 18;
+
+bool isLetter(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+
+// Brackets and CASE that stand open at once in a SQLite text of ours.
+int nesting(std::string_view sql)
+{
+    int open = 0, deepest = 0;
+    for (std::size_t i = 0; i < sql.size(); ++i) {
+        const char c = sql[i];
+        if (c == '\'' || c == '"') {
+            i = std::min(sql.find(c, i + 1), sql.size());
+        } else if (isLetter(c)) {
+            const std::size_t begin = i;
+            while (i + 1 < sql.size() && isLetter(sql[i + 1]))
+                ++i;
+            const std::string_view word = sql.substr(begin, i + 1 - begin);
+            open += word == "CASE" ? 1 : word == "END" ? -1 : 0;
+        } else {
+            open += c == '(' ? 1 : c == ')' ? -1 : 0;
+        }
+        deepest = std::max(deepest, open);
+    }
+    return deepest;
+}
 
 template <class... Cases>
 struct Overloaded : Cases...
@@ -68,7 +100,7 @@ Translation dropped(StatementKind kind, const std::string& table, const std::str
 
 Translation translate(const Statement& statement, SchemaLookup& schema)
 {
-    return std::visit(
+    Translation result = std::visit(
         Overloaded{
             [&](const Query& each) { return Translator(schema).query(each); },
             [&](const Insert& each) { return Translator(schema).insert(each); },
@@ -88,6 +120,9 @@ Translation translate(const Statement& statement, SchemaLookup& schema)
             },
         },
         statement);
+    if (nesting(result.sqlite) > kMaxOpen)
+        throw Error(Fault::Limit, "слишком много вложенных скобок в запросе");
+    return result;
 }
 
 } // namespace jet::sql

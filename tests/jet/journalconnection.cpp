@@ -39,6 +39,14 @@ std::string cell(sqlite3_stmt* statement, int column)
     return text ? text : "-";
 }
 
+Statement prepare(sqlite3* connection, const std::string& sqlite)
+{
+    sqlite3_stmt* raw = nullptr;
+    if (sqlite3_prepare_v2(connection, sqlite.c_str(), -1, &raw, nullptr) != SQLITE_OK)
+        throw std::runtime_error(sqlite3_errmsg(connection) + (": " + sqlite));
+    return {raw, sqlite3_finalize};
+}
+
 } // namespace
 
 JournalConnection::JournalConnection(JournalSchema tables)
@@ -71,11 +79,8 @@ std::string JournalConnection::prepareError(const std::string& sqlite)
 
 std::vector<std::string> JournalConnection::rows(std::string_view jetSql)
 {
-    const std::string sqlite = translate(jetSql).sqlite;
-    sqlite3_stmt* raw = nullptr;
-    if (sqlite3_prepare_v2(m_connection.get(), sqlite.c_str(), -1, &raw, nullptr) != SQLITE_OK)
-        throw std::runtime_error(sqlite3_errmsg(m_connection.get()) + (": " + sqlite));
-    const Statement statement(raw, sqlite3_finalize);
+    const Statement statement = prepare(m_connection.get(), translate(jetSql).sqlite);
+    sqlite3_stmt* raw = statement.get();
     std::vector<std::string> result;
     int code = sqlite3_step(raw);
     for (; code == SQLITE_ROW; code = sqlite3_step(raw)) {
@@ -93,4 +98,12 @@ std::vector<std::string> JournalConnection::rows(std::string_view jetSql)
 std::string JournalConnection::value(const std::string& expression)
 {
     return rows("SELECT " + expression).at(0);
+}
+
+double JournalConnection::number(const std::string& expression)
+{
+    const Statement statement =
+        prepare(m_connection.get(), translate("SELECT " + expression).sqlite);
+    sqlite3_step(statement.get());
+    return sqlite3_column_double(statement.get(), 0);
 }

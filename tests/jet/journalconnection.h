@@ -27,6 +27,7 @@ public:
     std::vector<std::string> rows(std::string_view jetSql);
     // The one value of `SELECT expression`.
     std::string value(const std::string& expression);
+    double number(const std::string& expression);
 
 private:
     std::unique_ptr<sqlite3, int (*)(sqlite3*)> m_connection;

@@ -1,7 +1,12 @@
 app_test(NAME jet_lang_test
     SOURCES
+        ddl_test.cpp
+        evaluation_test.cpp
         journalconnection.cpp
         queries_test.cpp
+        robustness_test.cpp
+        sqltext_test.cpp
+        translation_test.cpp
     LIBRARIES jet_functions jet_lang
     LABELS jet
 )
