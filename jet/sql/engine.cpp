@@ -2,6 +2,7 @@
 
 #include "jet/error.h"
 #include "jet/sql/collation.h"
+#include "jet/sql/fragment.h"
 #include "jet/sql/functions.h"
 #include "jet/sql/sqliteerror.h"
 

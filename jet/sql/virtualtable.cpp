@@ -2,6 +2,7 @@
 
 #include "jet/error.h"
 #include "jet/sql/columnvalue.h"
+#include "jet/sql/fragment.h"
 #include "jet/sql/functioncall.h"
 #include "jet/sql/sqliteerror.h"
 #include "jet/sql/tablecursor.h"
@@ -215,17 +216,6 @@ RowPointer rowPointer(sqlite3_int64 row)
     if (row < 0 || row > 0xFFFFFFFFll)
         return {};
     return RowPointer::unpack(static_cast<std::uint32_t>(row));
-}
-
-std::string quotedName(std::string_view name)
-{
-    std::string out = "\"";
-    for (const char c : name) {
-        out += c;
-        if (c == '"')
-            out += c;
-    }
-    return out + '"';
 }
 
 } // namespace jet::sql

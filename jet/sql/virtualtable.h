@@ -67,7 +67,4 @@ void registerModule(sqlite3* connection, TableModule& module);
 // that do not fit a row pointer are null pointers.
 RowPointer rowPointer(sqlite3_int64 row);
 
-// A name as SQLite reads it whatever is in it.
-std::string quotedName(std::string_view name);
-
 } // namespace jet::sql
