@@ -3,6 +3,7 @@
 #include "data/convert.h"
 #include "data/settingsrow.h"
 #include "journals/attendancequeries.h"
+#include "journals/worded.h"
 #include "shell/prompt.h"
 #include "shell/statusline.h"
 
@@ -89,8 +90,7 @@ void Attendance::loadColumns(AttendanceSheet& sheet)
     }
     sheet.columns = readLessonColumns(m_database, sheet.selection, sheet.lessonHours);
     if (sheet.columns.empty())
-        m_prompt.information(
-            m_wording.translate(u"Справочник занятий не заполнен на этот месяц."_s, true));
+        m_prompt.information(worded(m_wording, u"Справочник занятий не заполнен на этот месяц."_s));
 }
 
 bool Attendance::checkMonth(Month month)
@@ -109,19 +109,17 @@ bool Attendance::checkMonth(Month month)
 bool Attendance::allowLessonMode(const AttendanceSelection& selection)
 {
     if (!selection.discipline) {
-        m_prompt.information(m_wording.translate(
-            u"Вывод посещаемости по ВСЕМ дисциплинам возможен только при отображении "
-            "ВСЕХ дней месяца. При выборе любой дисциплины из списка дисциплин "
-            "данный режим станет доступен, нажатием этой кнопки Вы сможете "
-            "отобразить Журнал занятий по дисциплине."_s,
-            true));
+        m_prompt.information(worded(
+            m_wording, u"Вывод посещаемости по ВСЕМ дисциплинам возможен только при отображении "
+                       "ВСЕХ дней месяца. При выборе любой дисциплины из списка дисциплин "
+                       "данный режим станет доступен, нажатием этой кнопки Вы сможете "
+                       "отобразить Журнал занятий по дисциплине."_s));
         return false;
     }
     if (!data::readSettingsRow(m_database).useTimetable) {
-        m_prompt.information(
-            m_wording.translate(u"Данная функция будет доступна, если Вы включите в параметрах "
-                                "программы \"Использовать расписание занятий\"."_s,
-                                true));
+        m_prompt.information(worded(m_wording,
+                                    u"Данная функция будет доступна, если Вы включите в параметрах "
+                                    "программы \"Использовать расписание занятий\"."_s));
         return false;
     }
     return true;
@@ -136,7 +134,7 @@ void Attendance::announceMode(AttendanceMode mode)
 
 void Attendance::say(const QString& text)
 {
-    m_status.show(m_wording.translate(text, true));
+    m_status.show(worded(m_wording, text));
 }
 
 } // namespace journals

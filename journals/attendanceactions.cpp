@@ -3,6 +3,7 @@
 
 #include "data/settingsrow.h"
 #include "journals/absences.h"
+#include "journals/worded.h"
 #include "shell/prompt.h"
 #include "shell/statusline.h"
 
@@ -112,7 +113,7 @@ bool Attendance::checkCell(const AttendanceSheet& sheet, GridCell cell)
     }
     if (!sheet.selection.discipline) {
         m_prompt.information(
-            m_wording.translate(u"Для установки пропуска выберите дисциплину из списка."_s, true));
+            worded(m_wording, u"Для установки пропуска выберите дисциплину из списка."_s));
         return false;
     }
     if (!checkMonth(sheet.selection.month))

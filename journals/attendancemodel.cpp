@@ -1,6 +1,7 @@
 #include "journals/attendancemodel.h"
 
 #include "journals/hours.h"
+#include "journals/worded.h"
 
 #include <utility>
 
@@ -176,7 +177,7 @@ QString AttendanceModel::spokenText(int row, int column) const
 QString AttendanceModel::headerText(int column) const
 {
     if (const AttendanceColumn* day = dayColumn(column)) {
-        const QString title = m_wording.translate(day->title, true);
+        const QString& title = day->title;
         if (day->lesson != 0 || m_sheet->selection.mode == AttendanceMode::Lessons)
             return QString(title).replace(u" № "_s, u"\n№ "_s);
         return title + u'\n' + weekdayLetters(day->date);
@@ -184,8 +185,8 @@ QString AttendanceModel::headerText(int column) const
     static const QString lead[] = {u"№ п.п"_s, u"ФИО студента"_s, u"На начало месяца, час."_s};
     static const QString trail[] = {u"ИТОГО за месяц, час."_s, u"На конец месяца, час."_s,
                                     u"в т.ч. неуважительных, час."_s};
-    return m_wording.translate(
-        column < kLeadColumns ? lead[column] : trail[column - endCellColumn()], true);
+    return worded(m_wording,
+                  column < kLeadColumns ? lead[column] : trail[column - endCellColumn()]);
 }
 
 QString AttendanceModel::spokenHeader(int column) const

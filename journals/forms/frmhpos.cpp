@@ -4,6 +4,7 @@
 #include "journals/forms/attendancewidths.h"
 #include "journals/forms/tableclip.h"
 #include "journals/lists.h"
+#include "journals/worded.h"
 #include "shell/forms/paletteicon.h"
 #include "shell/forms/runcommand.h"
 #include "shell/names.h"
@@ -127,7 +128,7 @@ void frmHPos::applyWording()
     QString taken = u"фвджатеосргпим"_s; // those of the main menu and of the labels here
     for (QLabel* label : {ui->lblGroup, ui->lblSubgroup, ui->lblDiscipline}) {
         const QString plain = label->text().remove(u'&');
-        QString text = wording.translate(plain, true);
+        QString text = worded(wording, plain);
         if (text == plain)
             continue;
         const auto free = std::find_if(text.begin(), text.end(), [&taken](QChar letter) {
@@ -140,9 +141,9 @@ void frmHPos::applyWording()
         label->setText(text);
     }
     for (QComboBox* box : {ui->cboGroup, ui->cboSubgroup, ui->cboDiscipline})
-        box->setPlaceholderText(wording.translate(box->placeholderText(), true));
-    ui->keyCal->setText(wording.translate(u"По занятиям"_s, true));
-    ui->keyCal->setToolTip(wording.translate(ui->keyCal->toolTip(), true));
+        box->setPlaceholderText(worded(wording, box->placeholderText()));
+    ui->keyCal->setText(worded(wording, u"По занятиям"_s));
+    ui->keyCal->setToolTip(worded(wording, ui->keyCal->toolTip()));
 }
 
 void frmHPos::loadSettings()
@@ -197,7 +198,7 @@ void frmHPos::fillGroups()
     });
     ui->cboGroup->setCurrentIndex(-1);
     const QSignalBlocker quiet(ui->cboDiscipline);
-    ui->cboDiscipline->addItem(m_parts.session.wording().translate(u"Все дисциплины"_s, true));
+    ui->cboDiscipline->addItem(worded(m_parts.session.wording(), u"Все дисциплины"_s));
 }
 
 void frmHPos::groupChanged()
@@ -208,7 +209,7 @@ void frmHPos::groupChanged()
         ui->cboSubgroup->clear();
         if (const auto group = selection().group)
             for (const auto& subgroup : subgroupList(m_parts.session.database(), *group))
-                ui->cboSubgroup->addItem(m_parts.session.wording().translate(subgroup.name, true),
+                ui->cboSubgroup->addItem(worded(m_parts.session.wording(), subgroup.name),
                                          subgroup.key ? QVariant(*subgroup.key) : QVariant());
         ui->cboSubgroup->setCurrentIndex(kept < ui->cboSubgroup->count() ? kept : 0);
     });
