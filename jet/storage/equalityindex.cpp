@@ -147,24 +147,47 @@ std::uint64_t EqualityKey::ofText(const std::string& text)
     return hashed(generalSortKey(text));
 }
 
+// Distributes the entries over buckets by the top bits of their keys, which are spread
+// evenly, and orders the few buckets that hold several keys.
 void EqualityIndex::finish()
 {
-    std::sort(m_entries.begin(), m_entries.end());
     const std::size_t count = m_entries.size();
-    m_keys.resize(count);
-    m_rows.resize(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        m_keys[i] = m_entries[i].key;
-        m_rows[i] = m_entries[i].row;
-    }
-    m_entries = {};
     const int bits = std::max(1, static_cast<int>(std::bit_width(count)) - 1);
     m_shift = 64 - bits;
     m_buckets.assign((std::size_t{1} << bits) + 1, 0);
-    for (const std::uint64_t key : m_keys)
-        ++m_buckets[(key >> m_shift) + 1];
+    for (const Entry& entry : m_entries)
+        ++m_buckets[(entry.key >> m_shift) + 1];
     for (std::size_t i = 1; i < m_buckets.size(); ++i)
         m_buckets[i] += m_buckets[i - 1];
+    m_keys.resize(count);
+    m_rows.resize(count);
+    std::vector<std::uint32_t> next(m_buckets.begin(), m_buckets.end() - 1);
+    for (const Entry& entry : m_entries) {
+        const std::size_t at = next[entry.key >> m_shift]++;
+        m_keys[at] = entry.key;
+        m_rows[at] = entry.row;
+    }
+    for (std::size_t i = 0; i + 1 < m_buckets.size(); ++i)
+        sortBucket(m_buckets[i], m_buckets[i + 1]);
+    std::vector<Entry>().swap(m_entries);
+}
+
+// Rows of one key are ascending already when the entries came in row order.
+void EqualityIndex::sortBucket(std::size_t from, std::size_t to)
+{
+    bool sorted = true;
+    for (std::size_t i = from + 1; i < to && sorted; ++i)
+        sorted = Entry{m_keys[i - 1], m_rows[i - 1]} < Entry{m_keys[i], m_rows[i]};
+    if (sorted)
+        return;
+    std::vector<Entry> entries;
+    for (std::size_t i = from; i < to; ++i)
+        entries.push_back({m_keys[i], m_rows[i]});
+    std::sort(entries.begin(), entries.end());
+    for (const Entry& entry : entries) {
+        m_keys[from] = entry.key;
+        m_rows[from++] = entry.row;
+    }
 }
 
 void EqualityIndex::insert(std::uint64_t key, RowPointer row)

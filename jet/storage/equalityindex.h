@@ -54,6 +54,7 @@ private:
         friend auto operator<=>(const Entry&, const Entry&) = default;
     };
     std::pair<std::size_t, std::size_t> sortedRange(std::uint64_t key) const;
+    void sortBucket(std::size_t from, std::size_t to);
     void sortIn();
     void mergeWhenLarge();
 

@@ -2,6 +2,8 @@ app_test(NAME jet_rows_test
     SOURCES
         definition_test.cpp
         samplerows_test.cpp
-    LIBRARIES jet_rows test_files test_support
+        table_test.cpp
+        textcodec_test.cpp
+    LIBRARIES jet_store test_files test_support
     LABELS jet
 )
