@@ -1,6 +1,7 @@
 #include "app/options.h"
 #include "app/windows.h"
 #include "demo/demo.h"
+#include "journals/forms/frmhpos.h"
 #include "shell/forms/frmmain.h"
 #include "shell/forms/programicon.h"
 #include "shell/forms/qtfilechooser.h"

@@ -47,7 +47,11 @@ frmMain::frmMain(const MainParts& parts, QWidget* parent)
     showFile();
 }
 
-frmMain::~frmMain() = default;
+// The child windows are destroyed after this object's own part and still report then.
+frmMain::~frmMain()
+{
+    ui->mdiArea->disconnect(this);
+}
 
 StatusLine& frmMain::statusLine()
 {
@@ -213,6 +217,9 @@ void frmMain::showFile()
     m_fileKey->setText(open ? u"Открыт файл: %1"_s.arg(QDir::toNativeSeparators(path))
                             : u"Файл не открыт"_s);
     ui->pages->setCurrentWidget(open ? static_cast<QWidget*>(ui->mdiArea) : m_startPage);
+    if (!open) {
+        m_startPage->focusFirst(); // changing the page has put the focus where it was before
+    }
     refreshCommands();
 }
 

@@ -14,7 +14,14 @@ namespace shell {
 
 namespace {
 
-// Word forms that the wording's table does not hold.
+// The items whose captions name what the wording is about, by control name. The others stay
+// out of it: its table looks for parts of words and would find one in "Параметры".
+const QSet<QString> kWorded = {
+    u"mnuprepod"_s, u"mnuPred"_s,       u"mnuspez"_s, u"mnugrup"_s,
+    u"mnustud"_s,   u"mnuotchProgul"_s, u"mnuTab"_s,  u"mnuototd"_s,
+};
+
+// Word forms that the table does not hold.
 const std::map<QString, QString> kSchoolCaptions = {
     {u"&Табель студента"_s, u"&Табель учащегося"_s},
 };
@@ -60,7 +67,9 @@ void applyWording(const Wording& wording, const QList<QAction*>& items)
             applyWording(wording, item->menu()->actions());
         }
         const QString before = item->text();
-        item->setText(worded(wording, before));
+        if (kWorded.contains(item->objectName())) {
+            item->setText(worded(wording, before));
+        }
         if (const QChar key = accessKey(item->text()); !key.isNull()) {
             taken.insert(key);
         } else if (!accessKey(before).isNull()) {

@@ -105,6 +105,7 @@ void StartPage::showRecentFiles()
         connect(button, &QCommandLinkButton::clicked, this,
                 [this, path] { emit fileWanted(path); });
         ui->recentFiles->addWidget(button);
+        button->show(); // the layout would do it too late to take the focus
     }
 }
 

@@ -58,6 +58,7 @@ StatusPanels::StatusPanels(QStatusBar& bar, Session& session)
     , m_file(addPanel(bar, u"panelFile"_s, u"Открытый файл базы данных"_s))
     , m_date(addPanel(bar, u"panelDate"_s, u"Рабочая дата"_s))
     , m_user(addPanel(bar, u"panelUser"_s, u"Пользователь и его роль"_s))
+    , m_errorTime(this)
 {
     m_progress->setObjectName(u"panelProgress"_s);
     m_progress->setAccessibleDescription(u"Ход работы и сообщения"_s);

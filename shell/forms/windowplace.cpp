@@ -85,7 +85,9 @@ void savePlace(const QMainWindow& window, Settings& settings)
     const bool normal =
         (window.windowState() & (Qt::WindowMaximized | Qt::WindowMinimized | Qt::WindowFullScreen))
         == Qt::WindowNoState;
-    const QRect place = normal ? QRect(window.pos(), window.size()) : window.normalGeometry();
+    const QRect normalPlace = normal ? window.geometry() : window.normalGeometry();
+    const QPoint frame = window.geometry().topLeft() - window.pos(); // move() places the frame
+    const QRect place = normalPlace.translated(-frame);
     settings.setNumber(Setting::MainLeft, place.left());
     settings.setNumber(Setting::MainTop, place.top());
     settings.setNumber(Setting::MainWidth, place.width());
