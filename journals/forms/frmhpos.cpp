@@ -57,9 +57,9 @@ frmHPos::frmHPos(const JournalParts& parts, QWidget* parent)
     , m_parts(parts)
     , ui(std::make_unique<Ui::frmHPos>())
     , m_attendance(parts.session.database(), parts.session.wording(), parts.prompt, parts.status)
-    , m_model(m_attendance, parts.session.wording())
 {
     ui->setupUi(this);
+    m_model = new AttendanceModel(m_attendance, parts.session.wording(), this);
     ui->lblNotice->hide();
     applyWording();
     setUpGrid();
@@ -76,7 +76,7 @@ frmHPos::~frmHPos() = default;
 void frmHPos::setUpGrid()
 {
     ui->HF1->setFrozenColumns(kLeadColumns);
-    ui->HF1->setModel(&m_model);
+    ui->HF1->setModel(m_model);
     ui->HF1->setDelegate(new AttendanceDelegate(this));
     ui->HF1->installEventFilter(this);
     m_widths = new AttendanceWidths(*ui->HF1);
@@ -121,24 +121,32 @@ void frmHPos::setUpCommands()
     offer(ui->keyRefresh, u"&Обновить\tF3"_s);
 }
 
-// Captions in the institution's words; one that changes gets a free access key.
+// Captions in the institution's words; those that change get a free access key.
 void frmHPos::applyWording()
 {
     const shell::Wording& wording = m_parts.session.wording();
-    QString taken = u"фвджатеосргпим"_s; // those of the main menu and of the labels here
-    for (QLabel* label : {ui->lblGroup, ui->lblSubgroup, ui->lblDiscipline}) {
+    QString taken = u"фвджатеос"_s; // by the main menu
+    QList<QLabel*> changed;
+    for (QLabel* label :
+         {ui->lblGroup, ui->lblSubgroup, ui->lblDiscipline, ui->lblMonth, ui->lblYear}) {
         const QString plain = label->text().remove(u'&');
-        QString text = worded(wording, plain);
-        if (text == plain)
-            continue;
+        const QString text = worded(wording, plain);
+        if (text == plain) {
+            taken += label->text()[label->text().indexOf(u'&') + 1].toLower();
+        } else {
+            label->setText(text);
+            changed << label;
+        }
+    }
+    for (QLabel* label : changed) {
+        QString text = label->text();
         const auto free = std::find_if(text.begin(), text.end(), [&taken](QChar letter) {
             return letter.isLetter() && !taken.contains(letter.toLower());
         });
-        if (free != text.end()) {
-            taken += free->toLower();
-            text.insert(free - text.begin(), u'&');
-        }
-        label->setText(text);
+        if (free == text.end())
+            continue;
+        taken += free->toLower();
+        label->setText(text.insert(free - text.begin(), u'&'));
     }
     for (QComboBox* box : {ui->cboGroup, ui->cboSubgroup, ui->cboDiscipline})
         box->setPlaceholderText(worded(wording, box->placeholderText()));
@@ -257,11 +265,12 @@ void frmHPos::refill()
 {
     if (m_mode == AttendanceMode::Lessons && !selection().discipline)
         setMode(AttendanceMode::Days); // all disciplines are shown by days only
-    const bool sameGroup = m_model.sheet() && m_model.sheet()->selection.group == selection().group;
+    const bool sameGroup =
+        m_model->sheet() && m_model->sheet()->selection.group == selection().group;
     const QModelIndex place = sameGroup ? ui->HF1->currentIndex() : QModelIndex();
     const int row = place.row(), column = place.column();
-    if (!shell::runCommand(m_parts.prompt, kNotFilled, [this] { m_model.load(selection()); }))
-        m_model.clear();
+    if (!shell::runCommand(m_parts.prompt, kNotFilled, [this] { m_model->load(selection()); }))
+        m_model->clear();
     showSheet();
     goTo(row, column);
     refreshCommands();
@@ -269,9 +278,9 @@ void frmHPos::refill()
 
 void frmHPos::showSheet()
 {
-    const AttendanceSheet* sheet = m_model.sheet();
+    const AttendanceSheet* sheet = m_model->sheet();
     m_widths->apply(m_mode == AttendanceMode::Lessons);
-    ui->HF1->setDataArea(m_model.firstCellColumn(), m_model.endCellColumn(),
+    ui->HF1->setDataArea(m_model->firstCellColumn(), m_model->endCellColumn(),
                          sheet ? static_cast<int>(sheet->students.size()) : 0);
     constexpr qsizetype kShown = 3;
     const QStringList notices = sheet ? sheet->notices : QStringList();
@@ -286,7 +295,7 @@ void frmHPos::showSheet()
 // The cell where the cursor was, else the first student's first lesson.
 void frmHPos::goTo(int row, int column)
 {
-    const AttendanceSheet* sheet = m_model.sheet();
+    const AttendanceSheet* sheet = m_model->sheet();
     if (!sheet || sheet->students.empty())
         return;
     if (row < 0) {
@@ -297,8 +306,8 @@ void frmHPos::goTo(int row, int column)
         if (first != sheet->columns.end())
             column += static_cast<int>(first - sheet->columns.begin());
     }
-    ui->HF1->setCurrentIndex(m_model.index(std::min(row, m_model.rowCount() - 1),
-                                           std::min(column, m_model.columnCount() - 1)));
+    ui->HF1->setCurrentIndex(m_model->index(std::min(row, m_model->rowCount() - 1),
+                                            std::min(column, m_model->columnCount() - 1)));
 }
 
 void frmHPos::setMode(AttendanceMode mode)
@@ -331,11 +340,11 @@ QModelIndexList frmHPos::actionCells() const
 
 void frmHPos::act(AbsenceAction action)
 {
-    if (!m_model.sheet()) {
+    if (!m_model->sheet()) {
         refill(); // which says what is missing
         return;
     }
-    shell::runCommand(m_parts.prompt, kNotWritten, [&] { m_model.apply(action, actionCells()); });
+    shell::runCommand(m_parts.prompt, kNotWritten, [&] { m_model->apply(action, actionCells()); });
     refreshCommands();
 }
 
@@ -370,7 +379,7 @@ void frmHPos::refreshCommands()
     const QModelIndexList cells = actionCells();
     const auto offered = [&](AbsenceAction action) {
         return std::any_of(cells.begin(), cells.end(),
-                           [&](const QModelIndex& cell) { return m_model.offers(action, cell); });
+                           [&](const QModelIndex& cell) { return m_model->offers(action, cell); });
     };
     ui->keyIns->setEnabled(!cells.isEmpty());
     ui->keyDel->setEnabled(!cells.isEmpty());
@@ -424,7 +433,7 @@ void frmHPos::actIfOffered(AbsenceAction action)
 
 void frmHPos::markByLetter()
 {
-    const bool excused = m_model.offers(AbsenceAction::MakeUnexcused, ui->HF1->currentIndex());
+    const bool excused = m_model->offers(AbsenceAction::MakeUnexcused, ui->HF1->currentIndex());
     act(excused ? AbsenceAction::MakeUnexcused : AbsenceAction::Mark);
 }
 

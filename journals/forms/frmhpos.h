@@ -78,7 +78,7 @@ private:
     JournalParts m_parts;
     std::unique_ptr<Ui::frmHPos> ui;
     Attendance m_attendance;
-    AttendanceModel m_model;
+    AttendanceModel* m_model = nullptr; // a child, so that it outlives the grid
     AttendanceWidths* m_widths = nullptr;
     AttendanceMode m_mode = AttendanceMode::Days;
 };

@@ -37,6 +37,8 @@ QFont WrappingHeader::sectionFont(int section) const
 
 QSize WrappingHeader::sectionSizeFromContents(int section) const
 {
+    if (!model())
+        return QHeaderView::sectionSizeFromContents(section);
     const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this);
     const QString caption =
         model()->headerData(section, Qt::Horizontal, Qt::DisplayRole).toString();

@@ -336,6 +336,7 @@ TEST_F(AttendanceLoad, TotalsAgreeWithSumsMadeIndependently)
     std::map<int, Absence> starts, months;
     std::map<int, Absence> days;
     const QDate september(2022, 9, 1);
+    jet::Transaction transaction(journal.database());
     for (int i = 0; i < 400; ++i) {
         const int who = students[static_cast<std::size_t>(pick(0, 5))];
         const QDate date = september.addDays(pick(-20, 120));
@@ -349,6 +350,7 @@ TEST_F(AttendanceLoad, TotalsAgreeWithSumsMadeIndependently)
         if (inMonth)
             days[date.day()] += hours;
     }
+    transaction.commit();
     const AttendanceSheet sheet = load();
     for (const auto& row : sheet.students) {
         const int who = static_cast<int>(row.id);
