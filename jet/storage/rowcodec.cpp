@@ -56,7 +56,7 @@ void appendVariableItems(Bytes& row, const Definition& definition, const RowItem
 
 RowShape RowShape::of(const Definition& definition)
 {
-    RowShape shape{definition.nextColumnId, definition.variableSlots > 0, definition.nextColumnId};
+    RowShape shape{definition.nextColumnId, definition.nextColumnId};
     for (const ColumnDefinition& column : definition.columns) {
         if (!column.isFixed())
             shape.firstVariableId = std::min(shape.firstVariableId, column.id);
@@ -76,20 +76,19 @@ bool RowParts::parse(ByteView row, const RowShape& shape)
     maskOffset = row.size() - mask;
     dataEnd = maskOffset;
     slotCount = 0;
-    if (!shape.hasSlots)
+    // A row from before the first variable column may lack the offsets altogether. It needs
+    // none: all variable columns are NULL in it.
+    if (columnCount <= shape.firstVariableId)
         return true;
-    // Offsets need 2 bytes a slot, 2 for the end and 2 for their number.
-    if (maskOffset >= 6) {
-        slotCount = get16(row, maskOffset - 2);
-        const std::size_t trailer = 4 + 2u * slotCount;
-        if (trailer + 2 <= maskOffset && get16(row, maskOffset - trailer) <= maskOffset - trailer) {
-            dataEnd = maskOffset - trailer;
-            return true;
-        }
-        slotCount = 0;
-    }
-    // Rows from before the first variable column may lack the offsets altogether.
-    return columnCount <= shape.firstVariableId;
+    // The end of the items, an offset a slot and the number of slots take 2 bytes each.
+    if (maskOffset < 6)
+        return false;
+    slotCount = get16(row, maskOffset - 2);
+    const std::size_t trailer = 4 + 2u * slotCount;
+    if (trailer + 2 > maskOffset)
+        return false;
+    dataEnd = maskOffset - trailer;
+    return get16(row, dataEnd) <= dataEnd;
 }
 
 void RowItems::set(std::size_t column, ByteView bytes)

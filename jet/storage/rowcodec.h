@@ -28,9 +28,10 @@ inline constexpr std::size_t kMaxRowLength = 4060;
 // What reading rows needs of a definition.
 struct RowShape
 {
-    std::uint16_t columnIds = 0;       // a row has at most so many columns
-    bool hasSlots = false;             // rows have offsets
-    std::uint16_t firstVariableId = 0; // rows with fewer columns may be without offsets
+    std::uint16_t columnIds = 0; // a row has at most so many columns
+    // Of the variable columns that exist the lowest id, or columnIds. Rows with fewer
+    // columns hold no item of any.
+    std::uint16_t firstVariableId = 0;
 
     static RowShape of(const Definition& definition);
 };

@@ -56,7 +56,7 @@ double numberOf(const Value& value, const ColumnDefinition& column)
     const double number = text ? textNumber(*text, column).toDouble() : value.toDouble();
     if (!std::isfinite(number))
         overflow(column);
-    return number;
+    return number + 0.0; // turns -0, whose index key would differ, into 0
 }
 
 // The value in decimal digits, exact but for doubles.
