@@ -5,6 +5,7 @@
 #include "jet/sql/resultvalue.h"
 #include "jet/text.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -34,7 +35,7 @@ bool Recordset::Impl::next()
         return m_onRow;
     }
     m_onRow = false;
-    m_onRow = m_engine.step(m_statement->handle.get());
+    m_onRow = m_engine.step(statement());
     if (!m_onRow)
         stop();
     return m_onRow;
@@ -46,7 +47,7 @@ Value Recordset::Impl::value(int column) const
     if (!isStreaming())
         return m_rows[m_row][static_cast<std::size_t>(column)];
     return sql::resultValue(
-        m_statement->handle.get(), column,
+        statement(), column,
         m_statement->translation.columns[static_cast<std::size_t>(column)].type);
 }
 
@@ -58,7 +59,7 @@ void Recordset::Impl::detach() noexcept
     try {
         if (onRow)
             m_rows.push_back(presentRow());
-        while (m_engine.step(m_statement->handle.get()))
+        while (m_engine.step(statement()))
             m_rows.push_back(presentRow());
     } catch (...) {
         m_failure = std::current_exception();
@@ -72,7 +73,7 @@ std::vector<Value> Recordset::Impl::presentRow() const
     std::vector<Value> row;
     row.reserve(columns.size());
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        row.push_back(sql::resultValue(m_statement->handle.get(), static_cast<int>(i),
+        row.push_back(sql::resultValue(statement(), static_cast<int>(i),
                                        m_statement->translation.columns[i].type));
     }
     return row;
@@ -82,7 +83,7 @@ void Recordset::Impl::stop()
 {
     if (!isStreaming())
         return;
-    sqlite3_reset(m_statement->handle.get());
+    sqlite3_reset(statement());
     m_statement = nullptr;
     m_onRow = false;
     m_engine.removeReader(*this);
@@ -103,11 +104,16 @@ const std::vector<RecordsetColumn>& Recordset::columns() const
 
 int Recordset::column(std::string_view name) const
 {
-    for (std::size_t i = 0; i < m_impl->columns.size(); ++i) {
-        if (sameName(m_impl->columns[i].name, name))
-            return static_cast<int>(i);
-    }
-    throw Error(Fault::UnknownName, "в выборке нет столбца «" + std::string(name) + "»");
+    const std::vector<RecordsetColumn>& columns = m_impl->columns;
+    const auto position = [&](auto found) { return static_cast<int>(found - columns.begin()); };
+    const auto same = std::ranges::find(columns, name, &RecordsetColumn::name);
+    if (same != columns.end())
+        return position(same);
+    const auto alike = std::ranges::find_if(
+        columns, [&](const RecordsetColumn& column) { return sameName(column.name, name); });
+    if (alike == columns.end())
+        throw Error(Fault::UnknownName, "в выборке нет столбца «" + std::string(name) + "»");
+    return position(alike);
 }
 
 bool Recordset::next()
@@ -120,18 +126,28 @@ Value Recordset::value(int column) const
     return m_impl->value(column);
 }
 
+// The common cases are read from SQLite without a Value in between.
+
 bool Recordset::isNull(int column) const
 {
+    if (sqlite3_stmt* statement = m_impl->statement())
+        return sqlite3_column_type(statement, column) == SQLITE_NULL;
     return value(column).isNull();
 }
 
 std::int64_t Recordset::integer(int column) const
 {
+    sqlite3_stmt* statement = m_impl->statement();
+    if (statement && sqlite3_column_type(statement, column) == SQLITE_INTEGER)
+        return sqlite3_column_int64(statement, column);
     return value(column).toInteger();
 }
 
 double Recordset::number(int column) const
 {
+    sqlite3_stmt* statement = m_impl->statement();
+    if (statement && sqlite3_column_type(statement, column) == SQLITE_FLOAT)
+        return sqlite3_column_double(statement, column);
     return value(column).toDouble();
 }
 

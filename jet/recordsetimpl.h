@@ -20,6 +20,8 @@ struct Recordset::Impl final : sql::Reader
 
     bool next();
     Value value(int column) const;
+    // The statement that stands on the present row; null when the rows are in memory.
+    sqlite3_stmt* statement() const { return m_statement ? m_statement->handle.get() : nullptr; }
     void detach() noexcept override;
 
     std::vector<RecordsetColumn> columns;

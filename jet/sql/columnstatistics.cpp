@@ -45,7 +45,12 @@ double distinctValues(Table& table, int column, double rows)
     const auto once = static_cast<double>(
         std::ranges::count_if(met, [](const auto& entry) { return entry.second == 1; }));
     const auto distinct = static_cast<double>(met.size());
-    if (sampled == 0 || distinct == 0)
+    // Few rows tell little; the plan will outlive them.
+    constexpr int kFewRows = 100;
+    constexpr double kUsualPart = 0.25;
+    if (sampled < kFewRows)
+        return std::max(kUsualPart, sampled == 0 ? 0 : distinct / sampled) * rows;
+    if (distinct == 0)
         return 1;
     return std::sqrt(std::max(rows / sampled, 1.0)) * once + distinct - once;
 }

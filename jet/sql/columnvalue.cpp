@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <memory>
 
 namespace jet::sql {
 
@@ -32,7 +33,7 @@ std::optional<Value> currencyKey(double number)
 
 std::optional<Value> textKey(sqlite3_value* value)
 {
-    if (sqlite3_value_type(value) == SQLITE_BLOB)
+    if (sqlite3_value_type(value) != SQLITE_TEXT)
         return std::nullopt;
     const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
     if (!text)
@@ -95,15 +96,30 @@ void setResultFromRow(sqlite3_context* context, const RowView& row, int position
     }
 }
 
+std::optional<ComparedNumber> comparedNumber(sqlite3_value* value)
+{
+    const std::unique_ptr<sqlite3_value, decltype(&sqlite3_value_free)> copy(
+        sqlite3_value_type(value) == SQLITE_TEXT ? sqlite3_value_dup(value) : nullptr,
+        sqlite3_value_free);
+    sqlite3_value* const number = copy ? copy.get() : value;
+    switch (sqlite3_value_numeric_type(number)) {
+    case SQLITE_INTEGER:
+        return ComparedNumber{true, sqlite3_value_int64(number), sqlite3_value_double(number)};
+    case SQLITE_FLOAT:
+        return ComparedNumber{false, 0, sqlite3_value_double(number)};
+    default:
+        return std::nullopt;
+    }
+}
+
 std::optional<Value> keyFor(FieldType type, sqlite3_value* value)
 {
     if (type == FieldType::Text || type == FieldType::Memo)
         return textKey(value);
-    // A text that looks like a number counts as one beside a number column.
-    const int kind = sqlite3_value_numeric_type(value);
-    if (kind != SQLITE_INTEGER && kind != SQLITE_FLOAT)
+    const auto compared = comparedNumber(value);
+    if (!compared)
         return std::nullopt;
-    const double number = sqlite3_value_double(value);
+    const double number = compared->number;
     switch (type) {
     case FieldType::Boolean:
         if (number != 0 && number != -1)

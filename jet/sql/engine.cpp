@@ -53,6 +53,10 @@ Engine::Engine(Store& store)
     registerCollation(m_connection.get());
     registerAllFunctions(m_connection.get(), m_errors);
     registerModule(m_connection.get(), m_module);
+    // A name in double quotes that is unknown is an error and not a text.
+    sqlite3_db_config(m_connection.get(), SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(m_connection.get(), SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+    execute("PRAGMA temp_store = MEMORY"); // no rows of the file in other files
 }
 
 StatementCache::Pointer Engine::prepare(std::string_view text)

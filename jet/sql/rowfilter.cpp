@@ -25,28 +25,42 @@ RowFilter::RowFilter(const PlanTerm& term, const ColumnDefinition& column, sqlit
     , m_position(term.position)
 {
     const FieldType type = column.type();
-    const int kind = sqlite3_value_numeric_type(value);
-    if (m_op == SQLITE_INDEX_CONSTRAINT_ISNULL) {
+    const int kind = sqlite3_value_type(value);
+    if (m_op == SQLITE_INDEX_CONSTRAINT_ISNULL)
         m_test = Test::IsNull;
-    } else if (m_op == SQLITE_INDEX_CONSTRAINT_ISNOTNULL) {
+    else if (m_op == SQLITE_INDEX_CONSTRAINT_ISNOTNULL)
         m_test = Test::IsNotNull;
-    } else if (kind == SQLITE_NULL) {
+    else if (kind == SQLITE_NULL)
         m_test = Test::Never; // nothing compares with NULL
-    } else if (type == FieldType::Text || type == FieldType::Memo) {
-        if (const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-            text && kind != SQLITE_BLOB) {
-            m_test = Test::Text;
-            m_text.assign(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
-        }
-    } else if (kind == SQLITE_INTEGER && isWhole(type)) {
-        m_test = Test::Integer;
-        m_integer = sqlite3_value_int64(value);
-    } else if (kind == SQLITE_INTEGER || kind == SQLITE_FLOAT) {
-        m_test = Test::Number;
-        m_number = sqlite3_value_double(value);
-    }
-    if (m_test == Test::Number && isWhole(type))
-        m_test = Test::Always; // a fraction beside whole numbers is rare: SQLite decides
+    else if (kind == SQLITE_BLOB)
+        m_test = Test::Always; // SQLite decides
+    else if (type == FieldType::Text || type == FieldType::Memo)
+        compareText(value);
+    else
+        compareNumber(type, value);
+}
+
+// Beside a number SQLite compares either as texts or as numbers, and does not say how.
+void RowFilter::compareText(sqlite3_value* value)
+{
+    if (sqlite3_value_type(value) != SQLITE_TEXT)
+        return;
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    if (!text)
+        return;
+    m_test = Test::Text;
+    m_text.assign(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
+}
+
+// A fraction beside whole numbers and a text that is no number are rare: SQLite decides.
+void RowFilter::compareNumber(FieldType type, sqlite3_value* value)
+{
+    const auto compared = comparedNumber(value);
+    if (!compared || (isWhole(type) && !compared->whole))
+        return;
+    m_test = isWhole(type) ? Test::Integer : Test::Number;
+    m_integer = compared->integer;
+    m_number = compared->number;
 }
 
 bool RowFilter::holds(int order) const

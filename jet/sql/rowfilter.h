@@ -24,6 +24,8 @@ public:
 private:
     enum class Test { Never, Always, IsNull, IsNotNull, Integer, Number, Text };
 
+    void compareText(sqlite3_value* value);
+    void compareNumber(FieldType type, sqlite3_value* value);
     bool holds(int order) const;
 
     Test m_test = Test::Always;

@@ -32,22 +32,34 @@ void TableCursor::filter(const TablePlan& plan, std::span<sqlite3_value*> argume
 
 void TableCursor::start(const TablePlan& plan, sqlite3_value* key)
 {
-    m_scanning = plan.access == Access::Scan;
+    m_scanning = false;
     m_found.clear();
     m_next = 0;
     if (plan.access == Access::Scan) {
-        m_scan = m_rows->scan();
+        scanAll();
     } else if (plan.access == Access::Lookup) {
         findRows(plan.terms[0].position, key);
-    } else if (sqlite3_value_numeric_type(key) == SQLITE_INTEGER) {
-        if (const RowPointer row = rowPointer(sqlite3_value_int64(key)); !row.isNull())
+    } else if (const auto number = comparedNumber(key); number && number->whole) {
+        if (const RowPointer row = rowPointer(number->integer); !row.isNull())
             m_found.push_back(row);
     }
+}
+
+void TableCursor::scanAll()
+{
+    m_scan = m_rows->scan();
+    m_scanning = true;
 }
 
 void TableCursor::findRows(int position, sqlite3_value* value)
 {
     const FieldType type = m_types[static_cast<std::size_t>(position)];
+    const int kind = sqlite3_value_type(value);
+    if (type == FieldType::Text && (kind == SQLITE_INTEGER || kind == SQLITE_FLOAT)) {
+        // SQLite compares the texts as numbers or the number as a text, and does not say which.
+        scanAll();
+        return;
+    }
     const auto key = keyFor(type, value);
     if (!key)
         return;

@@ -29,6 +29,7 @@ public:
 
 private:
     void start(const TablePlan& plan, sqlite3_value* key);
+    void scanAll();
     void findRows(int position, sqlite3_value* value);
     bool advance(); // to the next row of the access, filters not looked at
     bool passes() const;

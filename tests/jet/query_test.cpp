@@ -26,6 +26,7 @@ TEST_F(Query, ComparesTextWithoutCaseButNotYoWithYe)
         {R"(SELECT DISTINCT Left(FAM, 3) FROM SPSTUD WHERE FAM LIKE "сем*")", "Сем"},
         {R"(SELECT ID FROM SPSTUD WHERE FAM & IM = "ежовлев")", "5"},
         {R"(SELECT ID FROM SPSTUD WHERE FAM = "Нет")", ""},
+        {R"(SELECT IDG FROM SPGRUP WHERE NAIM > "007" AND NAIM < "7.50")", ""},
     };
     for (const Case& c : cases)
         EXPECT_EQ(rows(c.sql), c.expected) << c.sql;
