@@ -167,15 +167,12 @@ Source Parser::source()
 
 bool Parser::acceptJoin(JoinKind& kind)
 {
-    if (m_tokens.acceptWord("INNER")) {
-        kind = JoinKind::Inner;
-    } else if (m_tokens.isWord("LEFT") || m_tokens.isWord("RIGHT")) {
+    kind = JoinKind::Inner;
+    if (m_tokens.isWord("LEFT") || m_tokens.isWord("RIGHT")) {
         kind = m_tokens.isWord("LEFT") ? JoinKind::Left : JoinKind::Right;
         m_tokens.next();
         m_tokens.acceptWord("OUTER");
-    } else if (m_tokens.isWord("JOIN")) {
-        kind = JoinKind::Inner;
-    } else {
+    } else if (!m_tokens.acceptWord("INNER") && !m_tokens.isWord("JOIN")) {
         return false;
     }
     m_tokens.expectWord("JOIN");

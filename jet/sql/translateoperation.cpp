@@ -4,6 +4,7 @@
 #include "jet/error.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace jet::sql {
 
@@ -35,12 +36,12 @@ bool isComparison(Operator op)
 }
 
 // A value that is to be calculated with: text must be a number.
-Fragment asNumber(Fragment fragment)
+Fragment asNumber(const Fragment& fragment)
 {
     return isText(fragment.type) ? callOf("cdbl", {fragment}, FieldType::Double) : fragment;
 }
 
-Fragment asTextOperand(Fragment fragment)
+Fragment asTextOperand(const Fragment& fragment)
 {
     return isDate(fragment.type) ? callOf("datetext", {fragment}, FieldType::Text) : fragment;
 }
@@ -176,8 +177,8 @@ Fragment Translator::inList(const Expression& expression, Scope& scope)
         members.push_back(value(*expression.operands[i], scope));
     makeComparable(left, members);
     std::string sql = bracketed(left, Binding::Sum) + (expression.negated ? " NOT IN (" : " IN (");
-    for (std::size_t i = 0; i < members.size(); ++i)
-        sql += (i == 0 ? "" : ", ") + members[i].sql;
+    for (const Fragment& member : members)
+        sql += (&member == members.data() ? "" : ", ") + member.sql;
     return conditionOf(sql + ')', Binding::Comparison);
 }
 
@@ -191,10 +192,10 @@ Fragment Translator::concatenation(const Expression& expression, Scope& scope)
         parts.push_back(left->operands[1].get());
     parts.push_back(left);
     std::vector<Fragment> arguments;
-    for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
+    for (const Expression* part : std::ranges::reverse_view(parts)) {
         if (arguments.size() == kMaxArguments)
             arguments = {callOf("concat", arguments, FieldType::Text)};
-        arguments.push_back(asTextOperand(value(**part, scope)));
+        arguments.push_back(asTextOperand(value(*part, scope)));
     }
     return callOf("concat", arguments, FieldType::Text);
 }
@@ -236,7 +237,7 @@ Fragment Translator::arithmetic(const Expression& expression, Scope& scope)
 
 Fragment Translator::sign(const Expression& expression, Scope& scope)
 {
-    const Fragment operand = asNumber(value(*expression.operands[0], scope));
+    Fragment operand = asNumber(value(*expression.operands[0], scope));
     if (expression.op == Operator::Plus)
         return operand;
     // Two minus signs would begin a comment.

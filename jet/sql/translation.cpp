@@ -47,6 +47,8 @@ struct Overloaded : Cases...
 {
     using Cases::operator()...;
 };
+template <class... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 Translation definition(StatementKind kind, std::string table)
 {

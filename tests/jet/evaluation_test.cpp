@@ -360,6 +360,17 @@ TEST_F(Tables, ChangesReachTheRightRows)
     EXPECT_EQ(connection.rows("SELECT Count(*) FROM POS"), Rows{"0"});
 }
 
+// How a text column is widened: through a spare column and back.
+TEST(Evaluation, SpareColumnsTakeTrimmedTexts)
+{
+    JournalSchema schema;
+    schema.add("T", "KOD:t KOD2:t");
+    JournalConnection connection(schema);
+    connection.rows("INSERT INTO T (KOD) VALUES ('  09.02.07 ')");
+    connection.rows("UPDATE T SET  KOD2 = Trim([T]![KOD]);");
+    EXPECT_EQ(connection.rows("SELECT KOD2 & '|' FROM T"), Rows{"09.02.07|"});
+}
+
 } // namespace
 
 } // namespace jet::sql
