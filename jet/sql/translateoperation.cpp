@@ -4,7 +4,6 @@
 #include "jet/error.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace jet::sql {
 
@@ -192,7 +191,8 @@ Fragment Translator::concatenation(const Expression& expression, Scope& scope)
         parts.push_back(left->operands[1].get());
     parts.push_back(left);
     std::vector<Fragment> arguments;
-    for (const Expression* part : std::ranges::reverse_view(parts)) {
+    std::ranges::reverse(parts);
+    for (const Expression* part : parts) {
         if (arguments.size() == kMaxArguments)
             arguments = {callOf("concat", arguments, FieldType::Text)};
         arguments.push_back(asTextOperand(value(*part, scope)));
