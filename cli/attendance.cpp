@@ -128,8 +128,7 @@ void run(const Options& options, Streams streams)
                                     status);
     const auto chosen = selection(journal->database(), options);
     if (chosen.mode == AttendanceMode::Lessons && !attendance.allowLessonMode(chosen))
-        throw Failure(prompt.refusal().isEmpty() ? status.text().toStdString()
-                                                 : prompt.refusal().toStdString());
+        throw Failure(prompt.refusal().toStdString());
     const auto sheet = attendance.load(chosen);
     if (!sheet)
         throw Failure(status.text().toStdString());

@@ -31,7 +31,7 @@ void run(const Options& options, Streams streams)
     const QString text = attendance.mark(
         journals::StudentId(options.student),
         journals::DisciplineId(static_cast<std::int32_t>(discipline)), date, options.lesson);
-    if (!prompt.refusal().isEmpty())
+    if (prompt.refused())
         throw Failure(prompt.refusal().toStdString());
     streams.out << text.toStdString() << '\n';
 }

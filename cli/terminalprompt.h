@@ -4,33 +4,42 @@
 #include "shell/statusline.h"
 
 #include <QString>
+#include <QStringList>
 
-#include <ostream>
+#include <exception>
+#include <iosfwd>
 
 namespace cli {
 
-// Notices go to a stream, refusals are kept for the caller to fail with; questions are
-// answered with their default, or with Yes when the command line says so.
+// Keeps notices until the command is done, since a command that fails says one line only;
+// questions are answered with their default, or with Yes when the command line says so.
 class TerminalPrompt final : public shell::Prompt
 {
 public:
     explicit TerminalPrompt(std::ostream& notices, bool assumeYes = false)
-        : m_notices(notices)
+        : m_stream(notices)
         , m_assumeYes(assumeYes)
     {}
+    TerminalPrompt(const TerminalPrompt&) = delete;
+    TerminalPrompt& operator=(const TerminalPrompt&) = delete;
+    // Prints the notices unless an exception ends the command.
+    ~TerminalPrompt() override;
 
-    // The last refusal, "" if there was none.
-    const QString& refusal() const { return m_refusal; }
+    // Why something was not done: the last refusal, else the last notice, else "".
+    QString refusal() const;
+    bool refused() const { return !m_refusal.isEmpty(); }
 
     void critical(const QString& text) override { m_refusal = text; }
     void exclamation(const QString& text) override { m_refusal = text; }
-    void information(const QString& text) override { m_notices << text.toStdString() << '\n'; }
+    void information(const QString& text) override { m_notices << text; }
     bool question(const QString& text, shell::Answer preset) override;
     shell::Answer saveQuestion(const QString& text) override;
 
 private:
-    std::ostream& m_notices;
+    std::ostream& m_stream;
     bool m_assumeYes;
+    int m_exceptions = std::uncaught_exceptions();
+    QStringList m_notices;
     QString m_refusal;
 };
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 
 using jet::test::bytesOf;
 
@@ -83,6 +84,29 @@ TEST_F(Files, CheckTellsWhatTheDesktopProgramWould)
     EXPECT_NE(newer.out.find("Версия базы данных новее, чем версия программы."), std::string::npos);
     ASSERT_EQ(jurnalctl({"sql", file(), "ALTER TABLE SPSTUD DROP COLUMN FAM"}).status, 0);
     expectRefused({"check", file()}, "В таблице: SPSTUD отсутствует поле: FAM.");
+}
+
+TEST_F(Files, DeepCheckFindsDamageThatOpeningDoesNotSee)
+{
+    create();
+    EXPECT_EQ(jurnalctl({"check", file(), "--deep"}).status, 0);
+    const auto sound = bytesOf(file());
+    constexpr std::size_t kPage = 4096;
+    int unseenByOpening = 0;
+    for (std::size_t page = 1; page < sound.size() / kPage; ++page) {
+        auto damaged = sound;
+        for (std::size_t at = 40; at < 60; ++at)
+            damaged[page * kPage + at] ^= 0xFF;
+        std::ofstream(file(), std::ios::binary)
+            .write(reinterpret_cast<const char*>(damaged.data()),
+                   static_cast<std::streamsize>(damaged.size()));
+        const auto result = jurnalctl({"check", file(), "--deep"});
+        EXPECT_TRUE(result.status == 0 || result.status == 1)
+            << "page " << page << ", status " << result.status << ": " << result.err;
+        if (result.err.starts_with("Файл поврежден"))
+            ++unseenByOpening;
+    }
+    EXPECT_GT(unseenByOpening, 0);
 }
 
 TEST_F(Files, TablesCountsRows)
