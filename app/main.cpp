@@ -63,7 +63,8 @@ QString firstFile(const app::Options& options, const shell::Settings& settings)
 
 void begin(shell::frmMain& window, const app::Options& options, const QString& file)
 {
-    window.load(options.newFile ? QString() : file);
+    window.load(options.newFile ? QString() : file,
+                options.readOnly ? shell::Access::ReadOnly : shell::Access::Full);
     window.show();
     if (options.newFile) {
         file.isEmpty() ? window.files().create() : window.files().create(file);

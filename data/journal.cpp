@@ -54,6 +54,28 @@ void bringUpToDate(jet::Database& database)
     upgrade::appendSupplement(database);
 }
 
+void tellNewer(Messages& messages)
+{
+    messages.information(u"Версия базы данных новее, чем версия программы. Для работы с этой "
+                         "базой рекомендуется обновить программу."_s);
+}
+
+std::unique_ptr<jet::Database> openForReading(const QString& path, Messages& messages)
+{
+    if (!QFileInfo(path).isFile())
+        throw Refusal{u"Файл базы данных "_s + path + u" не найден!"_s};
+    auto database = jet::Database::open(toPath(path), jet::OpenMode::ReadOnly);
+    if (isNewer(*database, path))
+        tellNewer(messages);
+    else if (fileVersion(*database)->number() < programVersion().number())
+        throw Refusal{u"Файл базы данных "_s + path
+                      + u" сохранен прежней версией программы и должен быть обновлен. Сначала "
+                        "откройте его для изменения."_s};
+    if (const auto problem = structure::problem(*database))
+        throw Refusal{*problem};
+    return database;
+}
+
 std::unique_ptr<jet::Database> openExisting(jet::FileSystem& files, const QString& path,
                                             Messages& messages)
 {
@@ -64,8 +86,7 @@ std::unique_ptr<jet::Database> openExisting(jet::FileSystem& files, const QStrin
     jet::Transaction transaction(*database);
     const bool newer = isNewer(*database, path);
     if (newer)
-        messages.information(u"Версия базы данных новее, чем версия программы. Для работы с этой "
-                             "базой рекомендуется обновить программу."_s);
+        tellNewer(messages);
     check(*database);
     bringUpToDate(*database);
     if (!newer)
@@ -107,7 +128,31 @@ std::unique_ptr<jet::Database> createNew(jet::FileSystem& files, const QString& 
     return database;
 }
 
+// Runs what opens or creates the file at `path` and tells why it could not.
+template <class Body>
+std::unique_ptr<jet::Database> guarded(const QString& path, const QString& failed,
+                                       Messages& messages, Body body)
+{
+    try {
+        return body();
+    } catch (const Refusal& refusal) {
+        messages.critical(refusal.message);
+    } catch (const std::exception& error) {
+        messages.critical(u"Файл базы данных "_s + path + failed + fromUtf8(error.what()) + u'.');
+    }
+    return nullptr;
+}
+
+const QString kNotOpened = u" не открыт. Ошибка: "_s;
+const QString kNotCreated = u" не создан. Ошибка: "_s;
+
 } // namespace
+
+std::unique_ptr<Journal> Journal::openReadOnly(const QString& path, Messages& messages)
+{
+    return wrapped(
+        guarded(path, kNotOpened, messages, [&] { return openForReading(path, messages); }));
+}
 
 std::unique_ptr<Journal> Journal::openAndCheck(const QString& path, bool create, Messages& messages)
 {
@@ -117,17 +162,14 @@ std::unique_ptr<Journal> Journal::openAndCheck(const QString& path, bool create,
 std::unique_ptr<Journal> Journal::openAndCheck(jet::FileSystem& files, const QString& path,
                                                bool create, Messages& messages)
 {
-    try {
-        auto database = create ? createNew(files, path) : openExisting(files, path, messages);
-        return std::unique_ptr<Journal>(new Journal(std::move(database)));
-    } catch (const Refusal& refusal) {
-        messages.critical(refusal.message);
-    } catch (const std::exception& error) {
-        messages.critical(u"Файл базы данных "_s + path
-                          + (create ? u" не создан. Ошибка: "_s : u" не открыт. Ошибка: "_s)
-                          + fromUtf8(error.what()) + u'.');
-    }
-    return nullptr;
+    return wrapped(guarded(path, create ? kNotCreated : kNotOpened, messages, [&] {
+        return create ? createNew(files, path) : openExisting(files, path, messages);
+    }));
+}
+
+std::unique_ptr<Journal> Journal::wrapped(std::unique_ptr<jet::Database> database)
+{
+    return database ? std::unique_ptr<Journal>(new Journal(std::move(database))) : nullptr;
 }
 
 Journal::Journal(std::unique_ptr<jet::Database> database)

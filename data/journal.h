@@ -20,7 +20,10 @@ public:
     // to the byte and a file to be created does not exist. Throws nothing.
     static std::unique_ptr<Journal> openAndCheck(const QString& path, bool create,
                                                  Messages& messages);
-    // The same over another file layer, for tests that make it fail.
+    // Opens `path` for reading: nothing is upgraded or stamped, so a file that an earlier
+    // release wrote last is refused. Null and messages as above. Throws nothing.
+    static std::unique_ptr<Journal> openReadOnly(const QString& path, Messages& messages);
+    // openAndCheck() over another file layer, for tests that make it fail.
     static std::unique_ptr<Journal> openAndCheck(jet::FileSystem& files, const QString& path,
                                                  bool create, Messages& messages);
 
@@ -32,6 +35,7 @@ public:
 
 private:
     explicit Journal(std::unique_ptr<jet::Database> database);
+    static std::unique_ptr<Journal> wrapped(std::unique_ptr<jet::Database> database);
 
     std::unique_ptr<jet::Database> m_database;
 };

@@ -65,8 +65,8 @@ bool FileCommands::create()
 bool FileCommands::create(const QString& path)
 {
     bool done = false;
-    const bool ran =
-        runCommand(m_prompt, kNotCreated, [&] { done = !path.isEmpty() && take(path, true); });
+    const bool ran = runCommand(m_prompt, kNotCreated,
+                                [&] { done = !path.isEmpty() && take(path, Way::Create); });
     if (ran && !done) {
         m_prompt.exclamation(kNotCreated);
     }
@@ -78,11 +78,12 @@ bool FileCommands::open()
     return open(m_chooser.openJournal(startFolder()));
 }
 
-bool FileCommands::open(const QString& path)
+bool FileCommands::open(const QString& path, Access access)
 {
+    const Way way = access == Access::Full ? Way::Open : Way::OpenReadOnly;
     bool done = false;
     const bool ran =
-        runCommand(m_prompt, kNotOpened, [&] { done = !path.isEmpty() && take(path, false); });
+        runCommand(m_prompt, kNotOpened, [&] { done = !path.isEmpty() && take(path, way); });
     if (ran && !done) {
         m_prompt.exclamation(kNotOpened);
     }
@@ -114,36 +115,49 @@ bool FileCommands::demonstrate()
     const QString path = QDir(m_demoFolder).filePath(kDemoFile);
     bool there = QFileInfo::exists(path);
     if (!there) {
-        runCommand(m_prompt, u"Демонстрационный журнал не создан."_s, [&] {
-            const WaitCursor wait;
-            m_status.show(u"Создание демонстрационного журнала..."_s);
-            QDir().mkpath(m_demoFolder);
-            there = m_demo(path);
-            m_status.show({});
-        });
+        runCommand(m_prompt, u"Демонстрационный журнал не создан."_s,
+                   [&] { there = buildDemo(path); });
     }
     return there && open(path);
 }
 
-bool FileCommands::take(const QString& path, bool create)
+// Built under another name, so that a build cut short is never taken for the whole.
+bool FileCommands::buildDemo(const QString& path)
 {
-    if (!create && m_session.isOpen() && sameFile(path, m_session.journal().path())) {
+    const WaitCursor wait;
+    const QString unfinished = path + u".part"_s;
+    m_status.show(u"Создание демонстрационного журнала..."_s);
+    QDir().mkpath(m_demoFolder);
+    QFile::remove(unfinished);
+    const bool built = m_demo(unfinished) && QFile::rename(unfinished, path);
+    m_status.show({});
+    return built;
+}
+
+std::unique_ptr<data::Journal> FileCommands::journalAt(const QString& path, Way way)
+{
+    const WaitCursor wait;
+    m_status.show(way == Way::Create ? u"Создание базы данных..."_s : u"Открытие базы данных..."_s);
+    auto journal = way == Way::OpenReadOnly
+                       ? data::Journal::openReadOnly(path, m_prompt)
+                       : data::Journal::openAndCheck(path, way == Way::Create, m_prompt);
+    m_status.show({});
+    return journal;
+}
+
+bool FileCommands::take(const QString& path, Way way)
+{
+    if (way != Way::Create && m_session.isOpen() && sameFile(path, m_session.journal().path())) {
         m_status.show(u"Этот файл уже открыт."_s);
         return true;
     }
-    m_status.show(create ? u"Создание базы данных..."_s : u"Открытие базы данных..."_s);
-    std::unique_ptr<data::Journal> journal;
-    {
-        const WaitCursor wait;
-        journal = data::Journal::openAndCheck(path, create, m_prompt);
-    }
-    m_status.show({});
+    auto journal = journalAt(path, way);
     if (!journal) {
         return false;
     }
     if (!m_release()) {
         journal.reset();
-        if (create) {
+        if (way == Way::Create) {
             QFile::remove(path);
         }
         return false;

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <utility>
 
 namespace data {
@@ -24,6 +25,8 @@ using DemoBuilder = std::function<bool(const QString& path)>;
 // Asks the windows that show the open file to close; false when one of them stays.
 using ReleaseWindows = std::function<bool()>;
 
+enum class Access { Full, ReadOnly };
+
 // The commands that open, create and close journal files. The present file stays open and in
 // force until the other one has been opened and checked; every command that fails or is
 // cancelled ends with its own message and gives false.
@@ -42,7 +45,7 @@ public:
     bool create();
     bool create(const QString& path);
     bool open();
-    bool open(const QString& path);
+    bool open(const QString& path, Access access = Access::Full);
     bool close();
     // Shows the open file in the file manager. Requires an open file.
     bool reveal();
@@ -50,7 +53,10 @@ public:
     bool demonstrate();
 
 private:
-    bool take(const QString& path, bool create);
+    bool buildDemo(const QString& path);
+    enum class Way { Create, Open, OpenReadOnly };
+    bool take(const QString& path, Way way);
+    std::unique_ptr<data::Journal> journalAt(const QString& path, Way way);
     QString startFolder() const;
 
     Session& m_session;

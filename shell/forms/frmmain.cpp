@@ -26,6 +26,16 @@ using namespace Qt::StringLiterals;
 
 namespace shell {
 
+namespace {
+
+// A shade behind the child windows, calmer than the style's own.
+QColor areaColor(const QPalette& palette)
+{
+    return palette.color(QPalette::Window).darker(108);
+}
+
+} // namespace
+
 frmMain::frmMain(const MainParts& parts, QWidget* parent)
     : QMainWindow(parent)
     , m_parts(parts)
@@ -58,7 +68,7 @@ StatusLine& frmMain::statusLine()
     return *m_status;
 }
 
-void frmMain::load(const QString& file)
+void frmMain::load(const QString& file, Access access)
 {
     m_parts.settings.setFlag(Setting::AppClose, true);
     m_parts.settings.sync();
@@ -69,7 +79,7 @@ void frmMain::load(const QString& file)
     bindWindows();
     m_startPage->setDemoOffered(m_files->hasDemo());
     if (!file.isEmpty()) {
-        m_files->open(file);
+        m_files->open(file, access);
     }
     m_status->show(u"Готово"_s);
 }
@@ -77,7 +87,7 @@ void frmMain::load(const QString& file)
 void frmMain::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::PaletteChange && ui->mdiArea) {
-        ui->mdiArea->setBackground(palette().brush(QPalette::Mid)); // else that of the start
+        ui->mdiArea->setBackground(areaColor(palette())); // else it stays that of the start
     }
     QMainWindow::changeEvent(event);
 }
@@ -112,7 +122,7 @@ void frmMain::setUpMenus()
     connect(recent, &RecentMenu::chosen, m_files,
             [this](const QString& path) { m_files->open(path); });
     new WindowList(*ui->mnuwindow, *ui->mdiArea);
-    ui->mdiArea->setBackground(palette().brush(QPalette::Mid));
+    ui->mdiArea->setBackground(areaColor(palette()));
 }
 
 void frmMain::setUpStartPage()
@@ -212,7 +222,9 @@ void frmMain::showFile()
 {
     const bool open = m_parts.session.isOpen();
     const QString path = open ? m_parts.session.journal().path() : QString();
-    setWindowTitle(open ? QFileInfo(path).fileName() : QGuiApplication::applicationDisplayName());
+    const bool readOnly = open && m_parts.session.database().readOnly();
+    const QString title = QFileInfo(path).fileName() + (readOnly ? u" [только чтение]"_s : u""_s);
+    setWindowTitle(open ? title : QGuiApplication::applicationDisplayName());
     m_fileKey->setEnabled(open);
     m_fileKey->setText(open ? u"Открыт файл: %1"_s.arg(QDir::toNativeSeparators(path))
                             : u"Файл не открыт"_s);

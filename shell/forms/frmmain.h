@@ -47,7 +47,7 @@ public:
     FileCommands& files() { return *m_files; }
 
     // Restores the window, makes the program's folders and opens `file` ("" for none).
-    void load(const QString& file);
+    void load(const QString& file, Access access = Access::Full);
 
 protected:
     void changeEvent(QEvent* event) override;

@@ -1,4 +1,5 @@
 #include "data/journal.h"
+#include "jet/error.h"
 #include "tests/shell_forms/mainwindow.h"
 
 #include <QCoreApplication>
@@ -107,6 +108,16 @@ TEST_F(MainWindow, OpeningTheOpenFileAgainChangesNothing)
     trigger(u"mnuFileOpen"_s);
     EXPECT_EQ(session.journal().path(), path);
     EXPECT_EQ(window->findChild<FakeJournal*>(), journal);
+}
+
+TEST_F(MainWindow, OpensForReadingOnlyAndSaysSo)
+{
+    const QString path = newJournal(u"a.mdb"_s);
+    start();
+    ASSERT_TRUE(window->files().open(path, shell::Access::ReadOnly));
+    EXPECT_EQ(window->windowTitle(), u"a.mdb [только чтение]"_s);
+    EXPECT_TRUE(session.database().readOnly());
+    EXPECT_THROW(session.saveSettings({}), jet::Error);
 }
 
 TEST_F(MainWindow, ShowsTheFileInTheFileManager)

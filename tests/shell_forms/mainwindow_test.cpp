@@ -116,6 +116,9 @@ TEST_F(MainWindow, StartPageIsWorkedByTheKeyboardAlone)
     EXPECT_EQ(QApplication::focusWidget(), recent);
     QTest::keyClick(recent, Qt::Key_Space);
     EXPECT_TRUE(session.isOpen());
+
+    restart();
+    EXPECT_EQ(QApplication::focusWidget(), named<QWidget>(u"cmdRecent"_s));
 }
 
 TEST_F(MainWindow, StartPageOpensTheDemonstration)
