@@ -173,8 +173,16 @@ bool sameName(std::string_view a, std::string_view b)
 {
     std::size_t atA = 0;
     std::size_t atB = 0;
+    // Names are mostly Latin, and the parser asks this thousands of times a statement.
+    const auto folded = [](std::string_view text, std::size_t& at) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        if (byte >= 0x80)
+            return foldCase(nextCodePoint(text, at));
+        ++at;
+        return foldCase(byte);
+    };
     while (atA < a.size() && atB < b.size()) {
-        if (foldCase(nextCodePoint(a, atA)) != foldCase(nextCodePoint(b, atB)))
+        if (folded(a, atA) != folded(b, atB))
             return false;
     }
     return atA == a.size() && atB == b.size();

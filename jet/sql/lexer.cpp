@@ -43,6 +43,7 @@ public:
 
     std::vector<Token> run()
     {
+        m_tokens.reserve(m_sql.size() / 4);
         for (skipBlanks(); m_at < m_sql.size(); skipBlanks())
             m_tokens.push_back(token());
         m_tokens.push_back({TokenKind::End, "", {}, m_sql.size()});

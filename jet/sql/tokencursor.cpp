@@ -16,9 +16,9 @@ const Token& TokenCursor::peek(std::size_t ahead) const
     return m_tokens[std::min(m_next + ahead, m_tokens.size() - 1)];
 }
 
-Token TokenCursor::next()
+const Token& TokenCursor::next()
 {
-    Token token = peek();
+    const Token& token = peek();
     m_next = std::min(m_next + 1, m_tokens.size() - 1);
     return token;
 }

@@ -19,7 +19,7 @@ public:
     std::string_view sql() const { return m_sql; }
     // The token to be read next, or one behind it; End behind the last.
     const Token& peek(std::size_t ahead = 0) const;
-    Token next();
+    const Token& next();
 
     bool isWord(std::string_view word, std::size_t ahead = 0) const;
     bool isSymbol(std::string_view symbol, std::size_t ahead = 0) const;
