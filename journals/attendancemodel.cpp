@@ -152,9 +152,11 @@ QString AttendanceModel::totalText(int row, int column) const
 AbsenceState AttendanceModel::state(int row, int column) const
 {
     const bool unexcusedColumn = column == columnCount() - 1;
-    if (isTotalRow(row))
-        return row == rowCount() - 1 || unexcusedColumn ? AbsenceState::Unexcused
-                                                        : AbsenceState::None;
+    if (isTotalRow(row)) {
+        const bool unexcused = row == rowCount() - 1 || unexcusedColumn;
+        return unexcused && totalText(row, column) != u"0" ? AbsenceState::Unexcused
+                                                           : AbsenceState::None;
+    }
     if (dayColumn(column))
         return m_sheet->state(position(row), position(column - kLeadColumns));
     const bool owes = m_sheet->students[position(row)].end().unexcused > 0;

@@ -3,6 +3,8 @@
 #include "journals/attendancemodel.h"
 #include "journals/forms/gridlooks.h"
 
+#include <QPainter>
+
 namespace journals {
 
 void AttendanceDelegate::initStyleOption(QStyleOptionViewItem* option,
@@ -22,6 +24,17 @@ void AttendanceDelegate::initStyleOption(QStyleOptionViewItem* option,
     palette.setColor(QPalette::Text, stateColor(state, palette, background));
     if (state != AbsenceState::None && state != AbsenceState::Mixed)
         palette.setColor(QPalette::HighlightedText, selected);
+}
+
+void AttendanceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const
+{
+    QStyledItemDelegate::paint(painter, option, index);
+    painter->save();
+    painter->setPen(gridLine(option.palette));
+    painter->drawLine(option.rect.topRight(), option.rect.bottomRight());
+    painter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
+    painter->restore();
 }
 
 } // namespace journals

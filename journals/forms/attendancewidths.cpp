@@ -18,7 +18,7 @@ AttendanceWidths::AttendanceWidths(QTableView& view)
     : QObject(&view)
     , m_view(view)
 {
-    constexpr int kRoom = 10; // beside the text, both sides together
+    constexpr int kRoom = 8; // beside the text, both sides together
     QFont bold = view.font();
     bold.setBold(true);
     const QFontMetrics metrics(bold);
@@ -29,7 +29,7 @@ AttendanceWidths::AttendanceWidths(QTableView& view)
                 fit("На начало"),  fit("Вс"),
                 fit("12.12.2022"), fit("за месяц,"),
                 fit("На конец"),   fit("неуважительных,")};
-    m_widths[Day] = std::max(m_widths[Day], fit("888"));
+    m_widths[Day] = std::max(m_widths[Day], fit("88"));
     connect(view.horizontalHeader(), &QHeaderView::sectionResized, this,
             [this](int column, int, int width) { keep(column, width); });
 }

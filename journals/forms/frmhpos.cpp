@@ -23,6 +23,12 @@
 #include <algorithm>
 #include <optional>
 
+// In the global namespace, as the macro wants; a static library's resources need the call.
+static void initJournalIcons()
+{
+    Q_INIT_RESOURCE(journalicons);
+}
+
 using namespace Qt::StringLiterals;
 using shell::JournalAction;
 using shell::Setting;
@@ -68,7 +74,7 @@ frmHPos::frmHPos(const JournalParts& parts, QWidget* parent)
     fillGroups();
     connectSelectors();
     refreshCommands();
-    ui->cboGroup->setFocus();
+    setFocusProxy(ui->cboGroup);
 }
 
 frmHPos::~frmHPos() = default;
@@ -88,6 +94,7 @@ void frmHPos::setUpGrid()
 
 void frmHPos::setUpCommands()
 {
+    initJournalIcons();
     for (QAction* command : ui->Toolbar1->actions())
         if (!command->isSeparator())
             command->setIcon(shell::paletteIcon(command->objectName()));
@@ -207,6 +214,7 @@ void frmHPos::fillGroups()
     ui->cboGroup->setCurrentIndex(-1);
     const QSignalBlocker quiet(ui->cboDiscipline);
     ui->cboDiscipline->addItem(worded(m_parts.session.wording(), u"Все дисциплины"_s));
+    ui->cboDiscipline->setCurrentIndex(0);
 }
 
 void frmHPos::groupChanged()

@@ -22,6 +22,7 @@ void setUpRows(QTableView& view)
     view.setSelectionMode(QAbstractItemView::ExtendedSelection);
     view.setSelectionBehavior(QAbstractItemView::SelectItems);
     view.setWordWrap(false);
+    view.setShowGrid(false); // delegates draw it
 }
 
 } // namespace
@@ -40,7 +41,7 @@ FrozenTable::FrozenTable(QWidget* parent)
     m_frozen->setFocusProxy(this);
     m_frozen->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_frozen->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    viewport()->stackUnder(m_frozen);
+    m_frozen->raise(); // above the header too, which came later
 
     connect(verticalScrollBar(), &QScrollBar::valueChanged, m_frozen->verticalScrollBar(),
             &QScrollBar::setValue);

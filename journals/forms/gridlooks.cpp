@@ -2,8 +2,6 @@
 
 #include "journals/forms/contrast.h"
 
-#include <QFont>
-
 namespace journals {
 namespace {
 
@@ -48,6 +46,12 @@ QColor dayOffShade(const QPalette& palette)
 QColor totalShade(const QPalette& palette)
 {
     constexpr float kShare = 0.05F;
+    return blend(palette.color(QPalette::Base), palette.color(QPalette::Text), kShare);
+}
+
+QColor gridLine(const QPalette& palette)
+{
+    constexpr float kShare = 0.22F;
     return blend(palette.color(QPalette::Base), palette.color(QPalette::Text), kShare);
 }
 

@@ -2,7 +2,8 @@
 
 #include "journals/attendancesheet.h"
 
-#include <QBrush>
+#include <QColor>
+#include <QFont>
 #include <QPalette>
 
 namespace journals {
@@ -17,5 +18,7 @@ QFont stateFont(AbsenceState state, QFont font);
 // Behind Sundays and holidays, and behind sums.
 QColor dayOffShade(const QPalette& palette);
 QColor totalShade(const QPalette& palette);
+// Between cells; what the style draws vanishes in the dark.
+QColor gridLine(const QPalette& palette);
 
 } // namespace journals

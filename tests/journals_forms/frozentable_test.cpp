@@ -135,6 +135,8 @@ TEST_F(FrozenTableTest, BothViewsKeepInStep)
     EXPECT_EQ(table.columnWidth(1), 77);
     EXPECT_EQ(frozen->horizontalHeader()->height(), table.horizontalHeader()->height());
     EXPECT_TRUE(frozen->isColumnHidden(3));
+    for (const int y : {5, table.horizontalHeader()->height() + 20})
+        EXPECT_TRUE(frozen->isAncestorOf(table.childAt(20, y))) << "header and rows lie on top";
     model.insertColumns(20, 1); // as after a change of the month
     model.removeColumns(20, 1);
     EXPECT_FALSE(frozen->isColumnHidden(2));
