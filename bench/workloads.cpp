@@ -109,8 +109,7 @@ Comparison month(Bench& bench)
                                         silent);
         journals::AttendanceSelection selection;
         selection.group = journals::GroupId{7};
-        selection.month = 3;
-        selection.year = 2026;
+        selection.month = {2026, 3};
         if (!attendance.load(selection))
             throw std::runtime_error("the sheet was refused");
     };
