@@ -1,3 +1,5 @@
+#include "jet/storage/rowview.h"
+
 #include "jet/error.h"
 #include "jet/storage/longvalue.h"
 #include "jet/storage/table.h"

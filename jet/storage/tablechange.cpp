@@ -82,6 +82,26 @@ void Table::requireColumns(std::span<const Value> values) const
         throw Error(Fault::Type, "число значений не равно числу полей", m_name);
 }
 
+void Table::setRequiredColumns(std::vector<std::uint16_t> columnIds)
+{
+    m_impl->requiredColumns = std::move(columnIds);
+}
+
+// A column may have become required when rows had NULL in it already; they keep it.
+void Table::checkRequired(std::span<const Value> before, std::span<const Value> after) const
+{
+    const Definition& d = *m_impl->definition;
+    for (const std::uint16_t id : m_impl->requiredColumns) {
+        const int position = d.columnPositionById(id);
+        if (position < 0)
+            continue;
+        const auto column = static_cast<std::size_t>(position);
+        if (after[column].isNull() && (before.empty() || !before[column].isNull()))
+            throw Error(Fault::NullValue,
+                        "поле «" + d.columns[column].name + "» нельзя оставить пустым", m_name);
+    }
+}
+
 void Table::storeRowCount(std::int64_t change)
 {
     Definition& d = *m_impl->definition;
@@ -125,6 +145,7 @@ RowPointer Table::insert(std::span<const Value> values)
     Impl& t = current();
     requireColumns(values);
     const std::vector<Value> row = convertNew(values);
+    checkRequired({}, row);
     const auto changes = t.parts->indexes.plan({}, row);
     RowDraft draft(*t.definition, m_name);
     for (std::size_t i = 0; i < row.size(); ++i)
@@ -176,6 +197,7 @@ void Table::update(RowPointer pointer, std::span<const Value> values)
     }
     if (after == before)
         return;
+    checkRequired(before, after);
     const auto changes = t.parts->indexes.plan(before, after);
     RowDraft draft(*t.definition, m_name);
     std::vector<std::pair<std::size_t, Bytes>> replaced; // items of old long values

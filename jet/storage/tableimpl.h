@@ -34,7 +34,8 @@ struct Table::Impl
     };
 
     PageNumber page = 0;
-    std::uint64_t rollbacks = 0; // of the pager when the rest was read
+    std::vector<std::uint16_t> requiredColumns; // ids
+    std::uint64_t rollbacks = 0;                // of the pager when the rest was read
     std::unique_ptr<Definition> definition;
     RowShape shape;
     std::unique_ptr<Parts> parts;

@@ -1,5 +1,6 @@
 app_test(NAME jet_rows_test
     SOURCES
+        damage_test.cpp
         definition_test.cpp
         lookup_test.cpp
         samplerows_test.cpp
