@@ -16,6 +16,7 @@ namespace {
 
 constexpr PageNumber kObjectsPage = 2;
 constexpr PageNumber kPermissionsPage = 3;
+constexpr PageNumber kQueriesPage = 4;
 constexpr PageNumber kRelationsPage = 5;
 constexpr std::string_view kObjects = "MSysObjects";
 constexpr std::string_view kPermissions = "MSysACEs";
@@ -23,6 +24,7 @@ constexpr std::string_view kRelations = "MSysRelationships";
 constexpr std::uint32_t kRootParent = 0x0F000000;
 constexpr std::uint8_t kForeignKey = 2; // type of a logical index
 constexpr int kLocalTable = 1;
+constexpr std::uint32_t kAllRights = 0xFFFFF;
 
 // The value of a column by name; NULL when there is none.
 Value valueOf(const Definition& definition, const CheckedRow& row, std::string_view column)
@@ -36,8 +38,11 @@ std::uint32_t numberOf(const Definition& definition, const CheckedRow& row, std:
     return static_cast<std::uint32_t>(valueOf(definition, row, column).toInteger());
 }
 
-bool isKnownSid(const Bytes& plain)
+// `coded` as it stands in the file.
+bool isKnownSid(const Value& coded, std::uint32_t sidKey)
 {
+    const auto* bytes = coded.as<Bytes>();
+    const Bytes plain = bytes ? sid::coded(*bytes, sidKey) : Bytes();
     return plain.size() > 2 // of an account in a workgroup file
            || plain == sid::kAdmin || plain == sid::kUsers || plain == sid::kEngine
            || plain == sid::kCreator;
@@ -69,20 +74,27 @@ void Catalogue::readObjects()
         definition = readDefinition(m_space.pager(), kObjectsPage);
     } catch (const Error&) { // checkTable() tells about it
     }
-    auto checked = checkTable(m_space, m_findings, table, kObjectsPage, [&](const CheckedRow& row) {
-        Object object;
-        object.id = numberOf(definition, row, "Id");
-        object.parent = numberOf(definition, row, "ParentId");
-        object.flags = numberOf(definition, row, "Flags");
-        object.type = static_cast<int>(valueOf(definition, row, "Type").toInteger());
-        object.name = valueOf(definition, row, "Name").toText();
-        if (const Value blob = valueOf(definition, row, "LvProp"); blob.as<Bytes>())
-            object.properties = *blob.as<Bytes>();
-        object.row = row.pointer;
-        m_objects.push_back(std::move(object));
-    });
+    auto checked = checkTable(m_space, m_findings, table, kObjectsPage,
+                              [&](const CheckedRow& row) { addObject(definition, row); });
     if (checked)
         m_tables.emplace(kObjectsPage, std::move(*checked));
+}
+
+void Catalogue::addObject(const Definition& definition, const CheckedRow& row)
+{
+    Object object;
+    object.id = numberOf(definition, row, "Id");
+    object.parent = numberOf(definition, row, "ParentId");
+    object.flags = numberOf(definition, row, "Flags");
+    object.type = static_cast<int>(valueOf(definition, row, "Type").toInteger());
+    object.name = valueOf(definition, row, "Name").toText();
+    if (const Value blob = valueOf(definition, row, "LvProp"); blob.as<Bytes>())
+        object.properties = *blob.as<Bytes>();
+    object.row = row.pointer;
+    m_objects.push_back(std::move(object));
+    if (!isKnownSid(valueOf(definition, row, "Owner"), m_space.pager().header().sidKey))
+        m_findings.harmful(std::string(kObjects), "объект неизвестного владельца", row.pointer.page,
+                           row.pointer.row);
 }
 
 void Catalogue::checkTables()
@@ -118,8 +130,8 @@ Rows::Visitor Catalogue::visitorOf(PageNumber table, Definition& definition)
     }
     if (table == kPermissionsPage) {
         return [&](const CheckedRow& row) {
-            addPermission(numberOf(definition, row, "ObjectId"), valueOf(definition, row, "SID"),
-                          row.pointer);
+            addPermission(numberOf(definition, row, "ObjectId"), numberOf(definition, row, "ACM"),
+                          valueOf(definition, row, "SID"), row.pointer);
         };
     }
     return [&](const CheckedRow& row) {
@@ -131,10 +143,12 @@ Rows::Visitor Catalogue::visitorOf(PageNumber table, Definition& definition)
     };
 }
 
-void Catalogue::addPermission(std::uint32_t object, const Value& sid, RowPointer row)
+void Catalogue::addPermission(std::uint32_t object, std::uint32_t rights, const Value& sid,
+                              RowPointer row)
 {
-    const auto* coded = sid.as<Bytes>();
-    if (!coded || !isKnownSid(sid::coded(*coded, m_space.pager().header().sidKey)))
+    if ((rights & ~kAllRights) != 0)
+        m_findings.harmful(std::string(kPermissions), "неизвестные права", row.page, row.row);
+    if (!isKnownSid(sid, m_space.pager().header().sidKey))
         m_findings.harmful(std::string(kPermissions), "права неизвестного пользователя", row.page,
                            row.row);
     m_permitted.insert(object);
@@ -163,9 +177,21 @@ void Catalogue::checkObjects()
                                object.row.row);
         checkProperties(object);
     }
-    for (const PageNumber page : {kObjectsPage, kPermissionsPage, kRelationsPage}) {
-        if (!ids.contains(page))
-            m_findings.harmful(table, "в каталоге нет системной таблицы", page);
+    checkSystemTables();
+}
+
+void Catalogue::checkSystemTables()
+{
+    constexpr std::pair<PageNumber, std::string_view> kSystemTables[] = {
+        {kObjectsPage, kObjects},
+        {kPermissionsPage, kPermissions},
+        {kQueriesPage, "MSysQueries"},
+        {kRelationsPage, kRelations},
+    };
+    for (const auto& [page, name] : kSystemTables) {
+        const auto tablePage = m_tablePages.find(foldName(name));
+        if (tablePage == m_tablePages.end() || tablePage->second != page)
+            m_findings.harmful(std::string(name), "системной таблицы нет в каталоге", page);
     }
 }
 

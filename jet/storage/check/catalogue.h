@@ -40,10 +40,13 @@ private:
     };
 
     void readObjects();
+    void addObject(const Definition& definition, const CheckedRow& row);
     void checkTables();
     Rows::Visitor visitorOf(PageNumber table, Definition& definition);
-    void addPermission(std::uint32_t object, const Value& sid, RowPointer row);
+    void addPermission(std::uint32_t object, std::uint32_t rights, const Value& sid,
+                       RowPointer row);
     void checkObjects();
+    void checkSystemTables();
     void checkProperties(const Object& object);
     void checkPermissions();
     void checkRelations();

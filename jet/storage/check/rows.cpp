@@ -130,6 +130,7 @@ void Rows::visitRow(ByteView bytes, RowPointer pointer, const Visitor& visit)
     RowParts parts;
     if (!parts.parse(bytes, m_shape))
         damaged("строка противоречит описанию таблицы");
+    checkOffsets(parts);
     checkMask(parts, pointer);
     CheckedRow row{pointer, std::vector<Value>(m_definition.columns.size()),
                    std::vector<bool>(m_definition.columns.size())};
@@ -138,6 +139,20 @@ void Rows::visitRow(ByteView bytes, RowPointer pointer, const Visitor& visit)
             m_table, [&] { checkItem(i, parts, row); }, pointer.page, pointer.row);
     }
     visit(row);
+}
+
+// Also those of dropped columns and NULL items must be in order.
+void Rows::checkOffsets(const RowParts& parts)
+{
+    std::size_t before = fixedEnd(parts.columnCount);
+    for (std::size_t slot = 0; slot < parts.slotCount; ++slot) {
+        const std::size_t at = parts.maskOffset - 4 - 2 * slot;
+        const std::size_t begin = get16(parts.bytes, at);
+        const std::size_t end = get16(parts.bytes, at - 2);
+        if (begin < before || end < begin)
+            damaged("значения в строке идут не по порядку");
+        before = begin;
+    }
 }
 
 void Rows::checkMask(const RowParts& parts, RowPointer pointer)
@@ -165,9 +180,6 @@ void Rows::checkItem(std::size_t i, const RowParts& parts, CheckedRow& row)
     const auto item = parts.item(column);
     if (!item)
         damaged(columnName(i) + ": значение выходит за строку");
-    const auto offset = static_cast<std::size_t>(item->data() - parts.bytes.data());
-    if (hasSlot && offset < fixedEnd(parts.columnCount))
-        damaged(columnName(i) + ": значение накладывается на другие");
     row.values[i] = decode(i, *item);
     if ((column.flags1 & columnflag::kAutoNumber) != 0)
         m_highestCounter =

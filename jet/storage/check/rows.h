@@ -45,6 +45,7 @@ private:
     void visitPage(PageNumber number, const Visitor& visit);
     void visitRow(ByteView bytes, RowPointer pointer, const Visitor& visit);
     PageRef movedData(ByteView header, ByteView& bytes);
+    void checkOffsets(const RowParts& parts);
     void checkMask(const RowParts& parts, RowPointer pointer);
     void checkItem(std::size_t column, const RowParts& parts, CheckedRow& row);
     Value decode(std::size_t column, ByteView item);

@@ -14,6 +14,7 @@ constexpr RowPointer kFreePages{kGlobalMapPage, 0};
 constexpr RowPointer kSecondMap{kGlobalMapPage, 1};
 constexpr std::uint8_t kByReference = 1;
 constexpr PageNumber kPagesPerStep = 8;
+constexpr std::uint16_t kUnknownSlotFlag = 0x2000; // neither offset nor state
 
 const Owner kHeader{"", "заголовок файла", "заголовок файла"};
 const Owner kMapPages{"", "карты размещения", "карты размещения"};
@@ -126,10 +127,20 @@ PageRef Space::dataPage(PageNumber number, std::uint32_t owner, const std::strin
     if (get32(bytes, datapage::kOwner) != owner)
         throw Error(Fault::Damaged, "страница данных принадлежит другой таблице", number);
     datapage::check(bytes, number);
-    if (m_checked.insert(number).second
-        && get16(bytes, datapage::kFree) != datapage::freeBytes(bytes))
-        m_findings.harmful(table, "на странице неверно указано свободное место", number);
+    if (m_checked.insert(number).second)
+        checkSlots(bytes, number, table);
     return page;
+}
+
+void Space::checkSlots(ByteView page, PageNumber number, const std::string& table)
+{
+    if (get16(page, datapage::kFree) != datapage::freeBytes(page))
+        m_findings.harmful(table, "на странице неверно указано свободное место", number);
+    for (std::size_t row = 0; row < datapage::rowCount(page); ++row) {
+        const std::size_t at = datapage::kSlots + datapage::kSlotBytes * row;
+        if ((get16(page, at) & kUnknownSlotFlag) != 0)
+            m_findings.harmful(table, "неизвестная пометка строки", number, static_cast<int>(row));
+    }
 }
 
 void Space::checkGlobalMaps()

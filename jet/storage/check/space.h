@@ -49,6 +49,7 @@ public:
 
 private:
     void claimMapRow(RowPointer map, const Owner& owner);
+    void checkSlots(ByteView page, PageNumber number, const std::string& table);
     void claimBitmaps(RowPointer map, const Owner& owner);
 
     Pager& m_pager;

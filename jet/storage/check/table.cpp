@@ -1,6 +1,7 @@
 #include "jet/storage/check/table.h"
 
 #include "jet/storage/check/index.h"
+#include "jet/storage/valuecodec.h"
 
 #include <algorithm>
 #include <set>
@@ -14,7 +15,12 @@ constexpr std::size_t kDefinitionFree = 2;
 constexpr std::size_t kDefinitionNext = 4;
 constexpr std::size_t kDefinitionLength = 8;
 constexpr std::size_t kPageHeader = 8;
+constexpr std::uint16_t kMostTextBytes = 510;
 constexpr std::uint8_t kPrimaryKey = 1;
+constexpr std::uint8_t kUserTable = 0x4E;
+constexpr std::uint8_t kSystemTable = 0x53;
+constexpr std::uint8_t kKnownIndexFlags =
+    indexflag::kUnique | indexflag::kIgnoreNulls | indexflag::kRequired | indexflag::kAlways;
 
 // Claims the pages of a definition and checks their headers.
 void checkDefinitionPages(Space& space, Findings& findings, const std::string& table,
@@ -27,7 +33,7 @@ void checkDefinitionPages(Space& space, Findings& findings, const std::string& t
         if (!passed.insert(number).second)
             throw Error(Fault::Damaged, "страницы описания идут по кругу", number);
         const PageRef page = space.pager().read(number);
-        if (page.type() != PageType::Definition)
+        if (page.type() != PageType::Definition || page.bytes()[1] != 1)
             throw Error(Fault::Damaged, "описание продолжается не на своей странице", number);
         space.claim(number, owner);
         if (left == 0)
@@ -42,10 +48,40 @@ void checkDefinitionPages(Space& space, Findings& findings, const std::string& t
     }
 }
 
+bool hasSoundLength(const ColumnDefinition& column)
+{
+    switch (column.type()) {
+    case FieldType::Text:
+        return column.length > 0 && column.length <= kMostTextBytes && column.length % 2 == 0;
+    case FieldType::Boolean:
+    case FieldType::Binary:
+    case FieldType::Memo:
+    case FieldType::LongBinary:
+    case FieldType::Block:
+    case FieldType::Decimal: // some variable ones say less than their values have
+        return true;
+    default: // a type that is not known has size 0
+        return storedSize(column.type()) != 0 && column.length == storedSize(column.type());
+    }
+}
+
+void checkColumnDefinitions(Findings& findings, const std::string& table,
+                            const Definition& definition)
+{
+    for (const ColumnDefinition& column : definition.columns) {
+        if (!hasSoundLength(column))
+            findings.harmful(table, "поле «" + column.name + "»: недопустимый тип или длина",
+                             definition.page);
+    }
+}
+
 void checkIndexDefinitions(Findings& findings, const std::string& table,
                            const Definition& definition)
 {
     for (std::size_t real = 0; real < definition.realIndexes.size(); ++real) {
+        const std::uint8_t flags = definition.realIndexes[real].flags;
+        if ((flags & indexflag::kAlways) == 0 || (flags & ~kKnownIndexFlags) != 0)
+            findings.harmful(table, "неизвестный вид индекса", definition.page);
         if (std::none_of(definition.logicalIndexes.begin(), definition.logicalIndexes.end(),
                          [&](const LogicalIndex& index) { return index.real == real; }))
             findings.harmful(table, "индексом никто не пользуется", definition.page);
@@ -111,6 +147,9 @@ std::optional<Definition> checkTable(Space& space, Findings& findings, const std
         definitionPage);
     if (!definition)
         return std::nullopt;
+    if (definition->tableType != kUserTable && definition->tableType != kSystemTable)
+        findings.harmful(table, "неизвестный вид таблицы", definitionPage);
+    checkColumnDefinitions(findings, table, *definition);
     checkIndexDefinitions(findings, table, *definition);
     findings.attempt(table, [&] { checkContent(space, findings, table, *definition, visit); });
     return definition;
