@@ -1,12 +1,12 @@
 #include "shell/forms/startpage.h"
 
 #include "shell/forms/paletteicon.h"
+#include "shell/forms/startbutton.h"
 #include "shell/settings.h"
 #include "ui_startpage.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 
@@ -18,11 +18,11 @@ constexpr QSize kIconSize(32, 32);
 
 // Without a description the button stays as flat as a list row, yet is a button for the
 // keyboard and for screen readers.
-QCommandLinkButton* fileButton(const QString& path)
+StartButton* fileButton(const QString& path)
 {
     const QFileInfo file(path);
     const bool there = file.isFile();
-    auto* button = new QCommandLinkButton(file.fileName().replace(u'&', u"&&"_s));
+    auto* button = new StartButton(file.fileName().replace(u'&', u"&&"_s));
     button->setDescription(
         there ? QDir::toNativeSeparators(file.absolutePath())
               : u"Файл не найден: %1"_s.arg(QDir::toNativeSeparators(file.absolutePath())));
@@ -60,9 +60,9 @@ StartPage::StartPage(Settings& settings, QWidget* parent)
         button->setAccessibleName(button->text());
         button->setAccessibleDescription(button->description());
     }
-    connect(ui->cmdCreate, &QCommandLinkButton::clicked, this, &StartPage::createWanted);
-    connect(ui->cmdOpen, &QCommandLinkButton::clicked, this, &StartPage::openWanted);
-    connect(ui->cmdDemo, &QCommandLinkButton::clicked, this, &StartPage::demoWanted);
+    connect(ui->cmdCreate, &StartButton::clicked, this, &StartPage::createWanted);
+    connect(ui->cmdOpen, &StartButton::clicked, this, &StartPage::openWanted);
+    connect(ui->cmdDemo, &StartButton::clicked, this, &StartPage::demoWanted);
 }
 
 StartPage::~StartPage() = default;
@@ -74,7 +74,7 @@ void StartPage::setDemoOffered(bool offered)
 
 void StartPage::focusFirst()
 {
-    for (auto* button : findChildren<QCommandLinkButton*>(u"cmdRecent"_s)) {
+    for (auto* button : findChildren<StartButton*>(u"cmdRecent"_s)) {
         if (button->isEnabled()) {
             button->setFocus();
             return;
@@ -92,7 +92,7 @@ void StartPage::showEvent(QShowEvent* event)
 
 void StartPage::showRecentFiles()
 {
-    for (auto* button : findChildren<QCommandLinkButton*>(u"cmdRecent"_s)) {
+    for (auto* button : findChildren<StartButton*>(u"cmdRecent"_s)) {
         button->setObjectName({});
         ui->recentFiles->removeWidget(button);
         button->hide();
@@ -102,8 +102,7 @@ void StartPage::showRecentFiles()
     ui->recentHeading->setVisible(!paths.isEmpty());
     for (const QString& path : paths) {
         auto* button = fileButton(path);
-        connect(button, &QCommandLinkButton::clicked, this,
-                [this, path] { emit fileWanted(path); });
+        connect(button, &StartButton::clicked, this, [this, path] { emit fileWanted(path); });
         ui->recentFiles->addWidget(button);
         button->show(); // the layout would do it too late to take the focus
     }
