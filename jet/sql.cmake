@@ -27,6 +27,7 @@ add_library(jet STATIC
     sql/columnstatistics.cpp
     sql/columnvalue.cpp
     sql/engine.cpp
+    sql/outerjoins.cpp
     sql/resultvalue.cpp
     sql/rowfilter.cpp
     sql/statementcache.cpp

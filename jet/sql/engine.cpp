@@ -4,6 +4,7 @@
 #include "jet/sql/collation.h"
 #include "jet/sql/fragment.h"
 #include "jet/sql/functions.h"
+#include "jet/sql/outerjoins.h"
 #include "jet/sql/sqliteerror.h"
 
 #include <new>
@@ -67,7 +68,9 @@ StatementCache::Pointer Engine::prepare(std::string_view text)
             return known;
     }
     auto statement = std::make_shared<PreparedStatement>();
-    statement->translation = translate(parse(text), m_schema);
+    Statement tree = parse(text);
+    simplifyOuterJoins(tree);
+    statement->translation = translate(tree, m_schema);
     if (statement->translation.sqlite.empty())
         return statement;
     for (const std::string& table : statement->translation.tables) {

@@ -104,6 +104,39 @@ TEST_F(Query, JoinsAndGroups)
         EXPECT_EQ(rows(c.sql), c.expected) << c.sql;
 }
 
+// Joins that may be simplified and joins that must not: the same rows either way.
+TEST_F(Query, OuterJoinsKeepTheRowsThatWhereAllows)
+{
+    const Case cases[] = {
+        {"SELECT S.ID FROM SPSTUD AS S LEFT JOIN POS AS P ON S.ID = P.ID WHERE P.UR = 1 "
+         "ORDER BY S.ID",
+         "1; 2; 4"},
+        {"SELECT S.ID FROM SPSTUD AS S LEFT JOIN POS AS P ON S.ID = P.ID "
+         "WHERE P.UR = 1 OR S.IDG = 2 ORDER BY S.ID",
+         "1; 2; 4; 5"},
+        {"SELECT S.ID FROM SPSTUD AS S LEFT JOIN POS AS P ON S.ID = P.ID "
+         "WHERE NOT (P.UR = 1) ORDER BY S.ID",
+         "1"},
+        {"SELECT S.ID FROM SPSTUD AS S LEFT JOIN POS AS P ON S.ID = P.ID "
+         "WHERE isnull(P.UR) ORDER BY S.ID",
+         "3; 5"},
+        {"SELECT S.ID FROM SPSTUD AS S LEFT JOIN POS AS P ON S.ID = P.ID "
+         "WHERE iif(isnull(P.UR), 0, P.UR) = 0 ORDER BY S.ID",
+         "3; 5"},
+        {"SELECT S.ID FROM SPSTUD AS S LEFT JOIN POS AS P ON S.ID = P.ID "
+         "WHERE P.UR IS NOT NULL AND P.NUV > 2",
+         "4"},
+        {"SELECT S.ID FROM POS AS P RIGHT JOIN SPSTUD AS S ON S.ID = P.ID "
+         "WHERE P.UR BETWEEN 2 AND 3",
+         "1"},
+        {"SELECT S.ID FROM SPSTUD AS S LEFT JOIN (POS AS P INNER JOIN SPGRUP AS G ON "
+         "P.UR = G.IDG) ON S.ID = P.ID WHERE G.NAIM = \"ЭК-11\"",
+         "1"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(rows(c.sql), c.expected) << c.sql;
+}
+
 TEST_F(Query, RecordsetGivesTypedValuesAndNames)
 {
     Recordset records =
