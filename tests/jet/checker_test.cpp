@@ -313,7 +313,13 @@ TEST(CheckerSamples, FindsNoHarmInFilesOfAccess)
         GTEST_SKIP() << "no sample files";
     for (const auto& sample : samples) {
         const auto pager = Pager::open(FileSystem::system(), sample, true);
-        EXPECT_EQ(harmful(checkDatabase(*pager)), "") << sample.filename();
+        const std::vector<Finding> findings = checkDatabase(*pager);
+        EXPECT_EQ(harmful(findings), "") << sample.filename();
+        // All keys are compared but those of two texts in unknown scripts and of another order.
+        const bool hasUnknownKeys =
+            sample.stem() == "test-unicode-comp-v2003" || sample.stem() == "system-1251";
+        EXPECT_EQ(describe(findings).find("ключи не сравнить") != std::string::npos, hasUnknownKeys)
+            << sample.filename();
     }
 }
 
