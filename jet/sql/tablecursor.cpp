@@ -19,6 +19,7 @@ void TableCursor::filter(const TablePlan& plan, std::span<sqlite3_value*> argume
 {
     requireSameSchema();
     m_row = nullptr;
+    m_refused = nullptr;
     m_filters.clear();
     for (std::size_t i = plan.access == Access::Scan ? 0 : 1; i < plan.terms.size(); ++i) {
         const auto position = static_cast<std::size_t>(plan.terms[i].position);
@@ -26,11 +27,11 @@ void TableCursor::filter(const TablePlan& plan, std::span<sqlite3_value*> argume
         if (!m_filters.back().isPossible())
             return;
     }
-    start(plan, arguments.empty() ? nullptr : arguments[0]);
+    start(plan, arguments);
     next();
 }
 
-void TableCursor::start(const TablePlan& plan, sqlite3_value* key)
+void TableCursor::start(const TablePlan& plan, std::span<sqlite3_value*> arguments)
 {
     m_scanning = false;
     m_found.clear();
@@ -38,8 +39,8 @@ void TableCursor::start(const TablePlan& plan, sqlite3_value* key)
     if (plan.access == Access::Scan) {
         scanAll();
     } else if (plan.access == Access::Lookup) {
-        findRows(plan.terms[0].position, key);
-    } else if (const auto number = comparedNumber(key); number && number->whole) {
+        findRows(plan, arguments);
+    } else if (const auto number = comparedNumber(arguments[0]); number && number->whole) {
         if (const RowPointer row = rowPointer(number->integer); !row.isNull())
             m_found.push_back(row);
     }
@@ -51,16 +52,25 @@ void TableCursor::scanAll()
     m_scanning = true;
 }
 
-void TableCursor::findRows(int position, sqlite3_value* value)
+// False for a number beside texts: SQLite compares either the texts as numbers or the number
+// as a text, and does not say which.
+bool TableCursor::isKey(int position, sqlite3_value* value) const
 {
-    const FieldType type = m_types[static_cast<std::size_t>(position)];
     const int kind = sqlite3_value_type(value);
-    if (type == FieldType::Text && (kind == SQLITE_INTEGER || kind == SQLITE_FLOAT)) {
-        // SQLite compares the texts as numbers or the number as a text, and does not say which.
-        scanAll();
-        return;
-    }
-    const auto key = keyFor(type, value);
+    return m_types[static_cast<std::size_t>(position)] != FieldType::Text
+           || (kind != SQLITE_INTEGER && kind != SQLITE_FLOAT);
+}
+
+void TableCursor::findRows(const TablePlan& plan, std::span<sqlite3_value*> arguments)
+{
+    const int position = plan.terms[0].position;
+    const FieldType type = m_types[static_cast<std::size_t>(position)];
+    if (!isKey(position, arguments[0]))
+        return scanAll();
+    m_refused = &m_table.refusedRows(plan.encoded());
+    if (*m_refused > ColumnStatistics::rowCount(*m_rows))
+        return findRowsByAll(plan, arguments);
+    const auto key = keyFor(type, arguments[0]);
     if (!key)
         return;
     // An index of the file serves single questions; many are worth a hash index in memory.
@@ -74,12 +84,35 @@ void TableCursor::findRows(int position, sqlite3_value* value)
     }
 }
 
+// By an index of all columns that the plan compares for equality.
+void TableCursor::findRowsByAll(const TablePlan& plan, std::span<sqlite3_value*> arguments)
+{
+    std::vector<int> columns;
+    std::vector<Value> values;
+    for (std::size_t i = 0; i < plan.terms.size(); ++i) {
+        const PlanTerm& term = plan.terms[i];
+        const auto& column = m_rows->definition().columns[static_cast<std::size_t>(term.position)];
+        if (term.op != SQLITE_INDEX_CONSTRAINT_EQ || column.isLongValue()
+            || !isKey(term.position, arguments[i]))
+            continue;
+        auto key = keyFor(column.type(), arguments[i]);
+        if (!key)
+            return;
+        columns.push_back(term.position);
+        values.push_back(std::move(*key));
+    }
+    const auto rows = m_rows->candidates(columns, values);
+    m_found.assign(rows.begin(), rows.end());
+}
+
 void TableCursor::next()
 {
     requireSameSchema();
     while (advance()) {
         if (passes())
             return;
+        if (m_refused)
+            *m_refused += 1;
     }
     m_row = nullptr;
 }

@@ -28,9 +28,11 @@ public:
     VirtualTable& table() const { return m_table; }
 
 private:
-    void start(const TablePlan& plan, sqlite3_value* key);
+    void start(const TablePlan& plan, std::span<sqlite3_value*> arguments);
     void scanAll();
-    void findRows(int position, sqlite3_value* value);
+    bool isKey(int position, sqlite3_value* value) const;
+    void findRows(const TablePlan& plan, std::span<sqlite3_value*> arguments);
+    void findRowsByAll(const TablePlan& plan, std::span<sqlite3_value*> arguments);
     bool advance(); // to the next row of the access, filters not looked at
     bool passes() const;
     void requireSameSchema() const;
@@ -45,6 +47,7 @@ private:
     std::vector<RowPointer> m_found; // not scanning: the rows, and the next of them
     std::size_t m_next = 0;
     std::optional<RowView> m_foundRow;
+    double* m_refused = nullptr; // of this plan, kept by the table
     const RowView* m_row = nullptr;
     mutable std::string m_buffer;
 };

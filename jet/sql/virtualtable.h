@@ -4,6 +4,7 @@
 #include "jet/sql/errorslot.h"
 #include "jet/storage/store.h"
 
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -43,6 +44,9 @@ public:
     // The real index that answers an equality on the column, -1 if there is none or if so
     // many have been asked that the hash index of the table is cheaper.
     int indexForSeek(Table& rows, int position);
+    // Rows found by one column and refused by another so far, for all plans of that text.
+    // When they have become many, an index of all the columns pays.
+    double& refusedRows(const std::string& plan) { return m_refused[plan]; }
     // The argument of sqlite3_declare_vtab.
     std::string declaration() const;
 
@@ -57,7 +61,8 @@ private:
     std::vector<int> m_positions;
     ColumnStatistics m_statistics;
     std::vector<double> m_seeks; // so far, by position
-    std::vector<Value> m_row;    // reused between changes
+    std::map<std::string, double> m_refused;
+    std::vector<Value> m_row; // reused between changes
 };
 
 // Makes CREATE VIRTUAL TABLE "name" USING jet work. `module` must outlive the connection.

@@ -149,6 +149,11 @@ std::uint64_t EqualityKey::ofText(const std::string& text)
 
 // Distributes the entries over buckets by the top bits of their keys, which are spread
 // evenly, and orders the few buckets that hold several keys.
+std::uint64_t EqualityKey::joined(std::uint64_t first, std::uint64_t next)
+{
+    return mixed(first * kFnvPrime ^ next);
+}
+
 void EqualityIndex::finish()
 {
     const std::size_t count = m_entries.size();

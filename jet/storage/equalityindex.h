@@ -26,6 +26,8 @@ struct EqualityKey
     static std::optional<std::uint64_t> of(const ColumnDefinition& column, const Value& value);
     static std::uint64_t ofInteger(std::int64_t value);
     static std::uint64_t ofNumber(double value);
+    // Key of several columns together; never exact.
+    static std::uint64_t joined(std::uint64_t first, std::uint64_t next);
     static std::uint64_t ofText(const std::string& text);
 };
 

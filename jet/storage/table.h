@@ -16,6 +16,8 @@
 
 namespace jet {
 
+class EqualityIndex;
+
 // Walks the live rows of a table in page order. Survives changes made through the same
 // Table: a deleted row is skipped, rows added behind may or may not be met.
 class TableScan
@@ -72,6 +74,12 @@ public:
     // is built on first use and kept current by the three methods above. Row order is
     // ascending by pointer. NULL matches nothing. Not for long-value columns.
     std::span<const RowPointer> lookup(int column, const Value& value);
+    // The same for several columns at once, but a row of other values may be among them,
+    // though rarely. Worth the memory only where many such questions come.
+    std::span<const RowPointer> candidates(std::span<const int> columns,
+                                           std::span<const Value> values);
+    // Bytes that the indexes of the last two methods occupy.
+    std::size_t lookupMemory() const;
 
     // Position in Definition::realIndexes of an index led by that column, -1 if none. Text
     // columns are left out unless their keys are known.
@@ -99,6 +107,7 @@ private:
     bool owns(PageNumber page) const; // says the map, not the page
     Impl& current() const;            // after re-reading what a rollback has made stale
     RowView liveRow(RowPointer row);
+    EqualityIndex& lookupIndex(std::span<const int> columns);
 
     void requireColumns(std::span<const Value> values) const;
     void checkRequired(std::span<const Value> before, std::span<const Value> after) const;

@@ -123,11 +123,20 @@ void Table::storeCounter(const Value& stored)
 void Table::followLookups(RowPointer row, std::span<const Value> before,
                           std::span<const Value> after)
 {
-    for (auto& [position, index] : m_impl->lookups) {
-        const auto column = static_cast<std::size_t>(position);
-        const ColumnDefinition& definition = m_impl->definition->columns[column];
+    for (auto& [columns, index] : m_impl->lookups) {
         const auto keyIn = [&](std::span<const Value> values) {
-            return values.empty() ? std::nullopt : EqualityKey::of(definition, values[column]);
+            std::optional<std::uint64_t> key;
+            for (const int position : columns) {
+                const auto column = static_cast<std::size_t>(position);
+                const auto next =
+                    values.empty()
+                        ? std::nullopt
+                        : EqualityKey::of(m_impl->definition->columns[column], values[column]);
+                if (!next)
+                    return std::optional<std::uint64_t>();
+                key = key ? EqualityKey::joined(*key, *next) : *next;
+            }
+            return key;
         };
         const auto oldKey = keyIn(before);
         const auto newKey = keyIn(after);

@@ -40,7 +40,7 @@ struct Table::Impl
     RowShape shape;
     std::unique_ptr<Parts> parts;
     std::shared_ptr<const std::vector<PageNumber>> pages; // of the owned map; null: not read
-    std::map<int, EqualityIndex> lookups;                 // by column position
+    std::map<std::vector<int>, EqualityIndex> lookups;    // by column positions
     std::vector<RowPointer> verified;                     // the last lookup's result
     std::int64_t lastCounter = 0;
     // Highest counter value found in the rows, once looked for. It only guards against a

@@ -5,6 +5,7 @@
 #include "jet/storage/valueconversion.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace jet {
 
@@ -35,6 +36,21 @@ std::optional<std::uint64_t> keyIn(const RowView& row, int position, const Colum
     }
 }
 
+// Key of several columns; nothing when one of them is NULL.
+std::optional<std::uint64_t> joinedKeyIn(const RowView& row, std::span<const int> positions,
+                                         const std::vector<ColumnDefinition>& columns,
+                                         std::string& buffer)
+{
+    std::optional<std::uint64_t> key;
+    for (const int position : positions) {
+        const auto next = keyIn(row, position, columns[static_cast<std::size_t>(position)], buffer);
+        if (!next)
+            return std::nullopt;
+        key = key ? EqualityKey::joined(*key, *next) : *next;
+    }
+    return key;
+}
+
 // True when a value of the column is the one sought, in the sense of EqualityKey.
 bool sameValue(const ColumnDefinition& column, const Value& stored, const Value& sought)
 {
@@ -62,6 +78,49 @@ std::optional<Value> exactValue(const ColumnDefinition& column, const Value& val
 
 } // namespace
 
+// The index of these columns, made from the rows if it is not there yet.
+EqualityIndex& Table::lookupIndex(std::span<const int> columns)
+{
+    Impl& t = current();
+    std::vector<int> positions(columns.begin(), columns.end());
+    if (const auto found = t.lookups.find(positions); found != t.lookups.end())
+        return found->second;
+    EqualityIndex index;
+    // The counter in the file may be anything; the file's size bounds it.
+    index.reserve(
+        std::min<std::size_t>(t.definition->rowCount, m_pager.pageCount() * datapage::kMostRows));
+    std::string buffer;
+    for (TableScan rows = scan(); rows.next();) {
+        if (const auto key = joinedKeyIn(rows.row(), columns, t.definition->columns, buffer))
+            index.append(*key, rows.row().pointer());
+    }
+    index.finish();
+    return t.lookups.emplace(std::move(positions), std::move(index)).first->second;
+}
+
+std::span<const RowPointer> Table::candidates(std::span<const int> columns,
+                                              std::span<const Value> values)
+{
+    const Definition& d = *current().definition;
+    std::optional<std::uint64_t> key;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const auto next =
+            EqualityKey::of(d.columns[static_cast<std::size_t>(columns[i])], values[i]);
+        if (!next)
+            return {};
+        key = key ? EqualityKey::joined(*key, *next) : *next;
+    }
+    return key ? lookupIndex(columns).find(*key) : std::span<const RowPointer>();
+}
+
+std::size_t Table::lookupMemory() const
+{
+    std::size_t bytes = 0;
+    for (const auto& [columns, index] : m_impl->lookups)
+        bytes += index.memoryBytes();
+    return bytes;
+}
+
 std::span<const RowPointer> Table::lookup(int column, const Value& value)
 {
     Impl& t = current();
@@ -69,21 +128,7 @@ std::span<const RowPointer> Table::lookup(int column, const Value& value)
     const auto key = EqualityKey::of(definition, value);
     if (!key)
         return {};
-    auto found = t.lookups.find(column);
-    if (found == t.lookups.end()) {
-        EqualityIndex index;
-        // The counter in the file may be anything; the file's size bounds it.
-        index.reserve(std::min<std::size_t>(t.definition->rowCount,
-                                            m_pager.pageCount() * datapage::kMostRows));
-        std::string buffer;
-        for (TableScan rows = scan(); rows.next();) {
-            if (const auto rowKey = keyIn(rows.row(), column, definition, buffer))
-                index.append(*rowKey, rows.row().pointer());
-        }
-        index.finish();
-        found = t.lookups.emplace(column, std::move(index)).first;
-    }
-    const std::span<const RowPointer> rows = found->second.find(*key);
+    const std::span<const RowPointer> rows = lookupIndex({&column, 1}).find(*key);
     if (EqualityKey::isExact(definition))
         return rows;
     t.verified.clear();
