@@ -8,15 +8,11 @@
 #include <QLabel>
 #include <QStatusBar>
 
-#include <utility>
-
 using namespace Qt::StringLiterals;
 
 namespace shell {
 
 namespace {
-
-constexpr int kErrorStays = 5000; // milliseconds
 
 QLabel* addPanel(QStatusBar& bar, const QString& name, const QString& meaning)
 {
@@ -58,7 +54,6 @@ StatusPanels::StatusPanels(QStatusBar& bar, Session& session)
     , m_file(addPanel(bar, u"panelFile"_s, u"Открытый файл базы данных"_s))
     , m_date(addPanel(bar, u"panelDate"_s, u"Рабочая дата"_s))
     , m_user(addPanel(bar, u"panelUser"_s, u"Пользователь и его роль"_s))
-    , m_errorTime(this)
 {
     m_progress->setObjectName(u"panelProgress"_s);
     m_progress->setAccessibleDescription(u"Ход работы и сообщения"_s);
@@ -67,31 +62,10 @@ StatusPanels::StatusPanels(QStatusBar& bar, Session& session)
     // A long text must not widen the window.
     m_progress->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     bar.addWidget(m_progress, 1);
-    m_errorTime.setSingleShot(true);
-    m_errorTime.setInterval(kErrorStays);
-    connect(&m_errorTime, &QTimer::timeout, this, [this] {
-        if (!m_waiting.isEmpty()) {
-            show(std::exchange(m_waiting, {}));
-        }
-    });
     connect(&session, &Session::journalChanged, this, &StatusPanels::showSession);
     connect(&session, &Session::settingsChanged, this, &StatusPanels::showSession);
     connect(&session, &Session::userChanged, this, &StatusPanels::showSession);
     showSession();
-}
-
-void StatusPanels::show(const QString& text)
-{
-    const bool error = text.startsWith(u"Ошибка"_s);
-    if (m_errorTime.isActive() && !error) {
-        m_waiting = text;
-        return;
-    }
-    m_waiting.clear();
-    put(text);
-    if (error) {
-        m_errorTime.start();
-    }
 }
 
 QString StatusPanels::text() const
@@ -99,7 +73,7 @@ QString StatusPanels::text() const
     return m_progress->text();
 }
 
-void StatusPanels::put(const QString& text)
+void StatusPanels::show(const QString& text)
 {
     m_progress->setText(text);
     m_progress->setToolTip(text);

@@ -4,7 +4,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
 class QLabel;
 class QStatusBar;
@@ -21,13 +20,12 @@ class StatusPanels final : public QObject, public StatusLine
 public:
     StatusPanels(QStatusBar& bar, Session& session);
 
-    // Shows at once, also in the middle of a command. A text that begins with "Ошибка" stays
-    // for five seconds at least; of the texts that come meanwhile the last one follows then.
+    // Shows at once, also in the middle of a command. A text stays until the next one comes:
+    // no clock takes an error away, and what was done since is never hidden behind it.
     void show(const QString& text) override;
     QString text() const;
 
 private:
-    void put(const QString& text);
     void showSession();
 
     Session& m_session;
@@ -35,8 +33,6 @@ private:
     QLabel* m_file;
     QLabel* m_date;
     QLabel* m_user;
-    QString m_waiting;
-    QTimer m_errorTime; // runs while an error text must stay
 };
 
 } // namespace shell

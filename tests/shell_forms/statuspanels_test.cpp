@@ -9,36 +9,19 @@
 
 using namespace Qt::StringLiterals;
 
-TEST(StatusPanels, KeepErrorsReadable)
+TEST(StatusPanels, KeepAnErrorUntilSomethingElseHappens)
 {
     QStatusBar bar;
     shell::Session session;
     shell::StatusPanels panels(bar, session);
-    auto* clock = panels.findChild<QTimer*>();
     panels.show(u"Ошибка: не выбрана группа."_s);
-    EXPECT_GE(clock->interval(), 5000);
-    panels.show(u"Идет заполнение таблицы посещаемости..."_s);
-    panels.show(u"Готово."_s);
+    // Menus and tool tips of other widgets pass through the bar's own temporary message.
+    bar.showMessage(u"подсказка"_s);
+    bar.clearMessage();
     EXPECT_EQ(panels.text(), u"Ошибка: не выбрана группа."_s);
-    clock->start(1); // the time is up
-    EXPECT_TRUE(QTest::qWaitFor([&] { return panels.text() == u"Готово."_s; }));
-    panels.show(u"Дальше"_s);
-    EXPECT_EQ(panels.text(), u"Дальше"_s);
-}
-
-TEST(StatusPanels, ANewErrorReplacesTheFormerOneAtOnce)
-{
-    QStatusBar bar;
-    shell::Session session;
-    shell::StatusPanels panels(bar, session);
-    panels.show(u"Ошибка: не выбрана группа."_s);
+    EXPECT_TRUE(panels.findChildren<QTimer*>().isEmpty()) << "a clock would take it away";
     panels.show(u"Готово."_s);
-    panels.show(u"Ошибка: не выбран месяц."_s);
-    EXPECT_EQ(panels.text(), u"Ошибка: не выбран месяц."_s);
-    auto* clock = panels.findChild<QTimer*>();
-    clock->start(1);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !clock->isActive(); }));
-    EXPECT_EQ(panels.text(), u"Ошибка: не выбран месяц."_s); // what waited was older
+    EXPECT_EQ(panels.text(), u"Готово."_s);
 }
 
 TEST(StatusPanels, ShowLongTextsWithoutWideningTheWindow)
