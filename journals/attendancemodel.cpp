@@ -3,6 +3,7 @@
 #include "journals/hours.h"
 #include "journals/worded.h"
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -48,7 +49,7 @@ int AttendanceModel::apply(AbsenceAction action, const QModelIndexList& indexes)
         cells.push_back({index.row(), index.column()});
     const int changed = m_attendance.apply(action, *m_sheet, cells);
     if (changed > 0)
-        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+        announce(cells);
     return changed;
 }
 
@@ -56,6 +57,28 @@ bool AttendanceModel::offers(AbsenceAction action, const QModelIndex& index) con
 {
     return m_sheet && index.isValid()
            && Attendance::offers(action, *m_sheet, {index.row(), index.column()});
+}
+
+// What the cells are part of: their rows' balances, their columns' sums, the sums of both.
+// Of lessons held for several subgroups at once another column may show the change.
+void AttendanceModel::announce(const std::vector<GridCell>& cells)
+{
+    int top = rowCount(), bottom = 0, left = columnCount(), right = 0;
+    for (const GridCell cell : cells) {
+        top = std::min(top, cell.row);
+        bottom = std::max(bottom, cell.row);
+        left = std::min(left, cell.column);
+        right = std::max(right, cell.column);
+    }
+    if (m_sheet->selection.mode == AttendanceMode::Lessons) {
+        left = firstCellColumn();
+        right = endCellColumn() - 1;
+    }
+    const int sums = rowCount() - kTotalRows, last = columnCount() - 1;
+    emit dataChanged(index(top, left), index(bottom, right));
+    emit dataChanged(index(top, endCellColumn()), index(bottom, last));
+    emit dataChanged(index(sums, left), index(sums + kTotalRows - 1, right));
+    emit dataChanged(index(sums, endCellColumn()), index(sums + kTotalRows - 1, last));
 }
 
 int AttendanceModel::rowCount(const QModelIndex& parent) const
@@ -165,7 +188,7 @@ AbsenceState AttendanceModel::state(int row, int column) const
 
 QString AttendanceModel::spokenText(int row, int column) const
 {
-    const QString shown = text(row, column);
+    QString shown = text(row, column);
     if (column < kLeadColumns - 1)
         return shown;
     const QString who = text(row, 1);

@@ -6,6 +6,7 @@
 #include <QAbstractTableModel>
 
 #include <optional>
+#include <vector>
 
 namespace journals {
 
@@ -45,6 +46,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
+    void announce(const std::vector<GridCell>& cells);
     bool isTotalRow(int row) const;
     QString text(int row, int column) const;
     QString totalText(int row, int column) const;

@@ -6,35 +6,58 @@
 #include <QPainter>
 
 namespace journals {
+namespace {
 
-void AttendanceDelegate::initStyleOption(QStyleOptionViewItem* option,
-                                         const QModelIndex& index) const
+QColor backgroundOf(const QModelIndex& index, const QPalette& palette)
 {
-    QStyledItemDelegate::initStyleOption(option, index);
-    QPalette& palette = option->palette;
-    const auto state = static_cast<AbsenceState>(index.data(AttendanceModel::StateRole).toInt());
-    QColor background = palette.color(QPalette::Base);
-    if (index.data(AttendanceModel::TotalRole).toBool())
-        background = totalShade(palette);
     if (index.data(AttendanceModel::DayOffRole).toBool())
-        background = dayOffShade(palette);
-    option->backgroundBrush = background;
-    option->font = stateFont(state, option->font);
-    const QColor selected = stateColor(state, palette, palette.color(QPalette::Highlight));
-    palette.setColor(QPalette::Text, stateColor(state, palette, background));
-    if (state != AbsenceState::None && state != AbsenceState::Mixed)
-        palette.setColor(QPalette::HighlightedText, selected);
+        return dayOffShade(palette);
+    if (index.data(AttendanceModel::TotalRole).toBool())
+        return totalShade(palette);
+    return palette.color(QPalette::Base);
+}
+
+} // namespace
+
+QColor AttendanceDelegate::textColor(AbsenceState state, const QPalette& palette,
+                                     const QColor& background, bool selected) const
+{
+    if (state == AbsenceState::None || state == AbsenceState::Mixed)
+        return palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
+    const auto key = std::pair(static_cast<int>(state), background.rgb());
+    auto known = m_colors.constFind(key);
+    if (known == m_colors.constEnd())
+        known = m_colors.insert(key, stateColor(state, palette, background));
+    return *known;
 }
 
 void AttendanceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                                const QModelIndex& index) const
 {
-    QStyledItemDelegate::paint(painter, option, index);
-    painter->save();
-    painter->setPen(gridLine(option.palette));
+    const QPalette& palette = option.palette;
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    const QColor background =
+        selected ? palette.color(QPalette::Highlight) : backgroundOf(index, palette);
+    painter->fillRect(option.rect, background);
+    painter->setPen(gridLine(palette));
     painter->drawLine(option.rect.topRight(), option.rect.bottomRight());
     painter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
-    painter->restore();
+
+    const QString text = index.data().toString();
+    if (!text.isEmpty()) {
+        constexpr int kMargin = 3;
+        const auto state =
+            static_cast<AbsenceState>(index.data(AttendanceModel::StateRole).toInt());
+        const QRect room = option.rect.adjusted(kMargin, 0, -kMargin - 1, 0);
+        painter->setFont(stateFont(state, option.font));
+        painter->setPen(textColor(state, palette, background, selected));
+        painter->drawText(room, index.data(Qt::TextAlignmentRole).toInt(),
+                          painter->fontMetrics().elidedText(text, Qt::ElideRight, room.width()));
+    }
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        painter->setPen(palette.color(QPalette::Text));
+        painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
+    }
 }
 
 } // namespace journals

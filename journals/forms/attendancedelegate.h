@@ -1,11 +1,18 @@
 #pragma once
 
+#include "journals/attendancesheet.h"
+
+#include <QColor>
+#include <QHash>
 #include <QStyledItemDelegate>
+
+#include <utility>
 
 namespace journals {
 
 // Paints the states that AttendanceModel names in the looks of the journal grids, and the
-// lines between the cells.
+// lines between the cells. It draws them itself: a month has a thousand cells, and the
+// style's way of drawing one takes several times as long.
 class AttendanceDelegate final : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -16,8 +23,12 @@ public:
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
 
-protected:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+private:
+    QColor textColor(AbsenceState state, const QPalette& palette, const QColor& background,
+                     bool selected) const;
+
+    // By state and background; finding a readable colour is costly.
+    mutable QHash<std::pair<int, QRgb>, QColor> m_colors;
 };
 
 } // namespace journals

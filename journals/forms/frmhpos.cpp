@@ -1,7 +1,9 @@
 #include "journals/forms/frmhpos.h"
 
+#include "journals/forms/absencekeys.h"
 #include "journals/forms/attendancedelegate.h"
 #include "journals/forms/attendancewidths.h"
+#include "journals/forms/captions.h"
 #include "journals/forms/tableclip.h"
 #include "journals/lists.h"
 #include "journals/worded.h"
@@ -128,33 +130,11 @@ void frmHPos::setUpCommands()
     offer(ui->keyRefresh, u"&Обновить\tF3"_s);
 }
 
-// Captions in the institution's words; those that change get a free access key.
 void frmHPos::applyWording()
 {
     const shell::Wording& wording = m_parts.session.wording();
-    QString taken = u"фвджатеос"_s; // by the main menu
-    QList<QLabel*> changed;
-    for (QLabel* label :
-         {ui->lblGroup, ui->lblSubgroup, ui->lblDiscipline, ui->lblMonth, ui->lblYear}) {
-        const QString plain = label->text().remove(u'&');
-        const QString text = worded(wording, plain);
-        if (text == plain) {
-            taken += label->text()[label->text().indexOf(u'&') + 1].toLower();
-        } else {
-            label->setText(text);
-            changed << label;
-        }
-    }
-    for (QLabel* label : changed) {
-        QString text = label->text();
-        const auto free = std::find_if(text.begin(), text.end(), [&taken](QChar letter) {
-            return letter.isLetter() && !taken.contains(letter.toLower());
-        });
-        if (free == text.end())
-            continue;
-        taken += free->toLower();
-        label->setText(text.insert(free - text.begin(), u'&'));
-    }
+    wordCaptions({ui->lblGroup, ui->lblSubgroup, ui->lblDiscipline, ui->lblMonth, ui->lblYear},
+                 wording);
     for (QComboBox* box : {ui->cboGroup, ui->cboSubgroup, ui->cboDiscipline})
         box->setPlaceholderText(worded(wording, box->placeholderText()));
     ui->keyCal->setText(worded(wording, u"По занятиям"_s));
@@ -340,7 +320,7 @@ void frmHPos::wantMode(AttendanceMode mode)
 QModelIndexList frmHPos::actionCells() const
 {
     const QModelIndex current = ui->HF1->currentIndex();
-    const QModelIndexList selected = ui->HF1->selectionModel()->selectedIndexes();
+    QModelIndexList selected = ui->HF1->selectionModel()->selectedIndexes();
     if (selected.contains(current))
         return selected;
     return current.isValid() ? QModelIndexList{current} : QModelIndexList();
@@ -404,45 +384,37 @@ bool frmHPos::eventFilter(QObject* watched, QEvent* event)
     return JournalActions::eventFilter(watched, event);
 }
 
-// The keys that act on cells; letters count by their place on the keyboard, in the Russian
-// and the Latin layout.
 bool frmHPos::gesture(const QKeyEvent& key)
 {
-    constexpr int kCyrillicEs = 0x0421; // the key of C in the Russian layout
-    const bool control = key.modifiers().testFlag(Qt::ControlModifier);
-    if (control && (key.key() == Qt::Key_C || key.key() == kCyrillicEs)) {
-        copySelection();
+    const auto meaning = absenceKey(key);
+    if (!meaning)
+        return false;
+    if (key.isAutoRepeat()) // a key held down would count the hours down
         return true;
-    }
-    if (control || key.modifiers().testFlag(Qt::AltModifier))
-        return false;
-    const QString letter = key.text().toLower();
-    if (key.key() == Qt::Key_Space)
+    switch (*meaning) {
+    case AbsenceKey::Mark:
         act(AbsenceAction::Mark);
-    else if (letter == u"н" || letter == u"y")
-        markByLetter();
-    else if (letter == u"у" || letter == u"e")
-        actIfOffered(AbsenceAction::MakeExcused);
-    else if (key.key() == Qt::Key_Delete)
+        break;
+    case AbsenceKey::MarkOrUnexcuse:
+        act(m_model->offers(AbsenceAction::MakeUnexcused, ui->HF1->currentIndex())
+                ? AbsenceAction::MakeUnexcused
+                : AbsenceAction::Mark);
+        break;
+    case AbsenceKey::Excuse:
+        if (ui->uv->isEnabled())
+            act(AbsenceAction::MakeExcused);
+        break;
+    case AbsenceKey::Remove:
         act(AbsenceAction::Remove);
-    else if (key.key() == Qt::Key_F2)
+        break;
+    case AbsenceKey::Enter:
         m_parts.status.show(u"Ввод пропущенных часов пока недоступен."_s);
-    else
-        return false;
+        break;
+    case AbsenceKey::Copy:
+        copySelection();
+        break;
+    }
     return true;
-}
-
-void frmHPos::actIfOffered(AbsenceAction action)
-{
-    const QAction* command = action == AbsenceAction::MakeExcused ? ui->uv : ui->nuv;
-    if (command->isEnabled())
-        act(action);
-}
-
-void frmHPos::markByLetter()
-{
-    const bool excused = m_model->offers(AbsenceAction::MakeUnexcused, ui->HF1->currentIndex());
-    act(excused ? AbsenceAction::MakeUnexcused : AbsenceAction::Mark);
 }
 
 void frmHPos::copySelection()

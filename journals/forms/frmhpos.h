@@ -66,9 +66,7 @@ private:
     void setMode(AttendanceMode mode);
     void wantMode(AttendanceMode mode);
     void act(AbsenceAction action);
-    void actIfOffered(AbsenceAction action);
     bool gesture(const QKeyEvent& key);
-    void markByLetter();
     void copySelection();
     void refreshCommands();
 

@@ -177,6 +177,17 @@ TEST_F(AttendanceWindow, KeysMarkAndCountDown)
     EXPECT_EQ(cell(2, kTwelfth), QString()) << "the total of the day";
 }
 
+TEST_F(AttendanceWindow, AKeyHeldDownMarksOnce)
+{
+    openOn();
+    press(Qt::Key_Space);
+    for (int i = 0; i < 5; ++i) {
+        QKeyEvent again(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, u" "_s, true);
+        QCoreApplication::sendEvent(grid, &again);
+    }
+    EXPECT_EQ(cell(0, kTwelfth), u"2");
+}
+
 TEST_F(AttendanceWindow, DoubleClickMarksTheCellBeneath)
 {
     openOn();

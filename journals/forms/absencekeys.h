@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+
+class QKeyEvent;
+
+namespace journals {
+
+// What a key means in the grid of the attendance journal.
+enum class AbsenceKey { Mark, MarkOrUnexcuse, Excuse, Remove, Enter, Copy };
+
+// Letters count by their place on the keyboard, in the Russian and the Latin layout alike.
+// Nothing for any other key.
+std::optional<AbsenceKey> absenceKey(const QKeyEvent& key);
+
+} // namespace journals
