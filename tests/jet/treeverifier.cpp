@@ -97,6 +97,7 @@ Bytes TreeVerifier::walk(PageNumber number, int level)
     if (page.tail == 0)
         complain("no tail", number);
     page.children.push_back(page.tail);
+    m_lonelyNodes += page.children.size() == 1 ? 1 : 0;
     Bytes last;
     for (std::size_t i = 0; i < page.children.size(); ++i) {
         last = walk(page.children[i], level - 1);

@@ -21,6 +21,7 @@ public:
     int height() const { return m_height; }
     std::size_t leafCount() const { return m_leaves.size(); }
     std::size_t compressedPages() const { return m_compressed; }
+    std::size_t nodesWithOneChild() const { return m_lonelyNodes; }
     // "" when the tree is sound.
     const std::string& problems() const { return m_problems; }
 
@@ -35,6 +36,7 @@ private:
     PageNumber m_owner;
     int m_height = 0;
     std::size_t m_compressed = 0;
+    std::size_t m_lonelyNodes = 0;
     std::vector<Bytes> m_entries;
     std::vector<PageNumber> m_pages;
     std::vector<PageNumber> m_leaves;
