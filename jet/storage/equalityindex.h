@@ -53,6 +53,7 @@ private:
     {
         std::uint64_t key;
         RowPointer row;
+        // NOLINTNEXTLINE(modernize-use-nullptr): a false alarm on defaulted comparisons
         friend auto operator<=>(const Entry&, const Entry&) = default;
     };
     std::pair<std::size_t, std::size_t> sortedRange(std::uint64_t key) const;

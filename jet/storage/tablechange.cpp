@@ -123,7 +123,9 @@ void Table::storeCounter(const Value& stored)
 void Table::followLookups(RowPointer row, std::span<const Value> before,
                           std::span<const Value> after)
 {
-    for (auto& [columns, index] : m_impl->lookups) {
+    for (auto& lookup : m_impl->lookups) {
+        const auto& columns = lookup.first;
+        EqualityIndex& index = lookup.second;
         const auto keyIn = [&](std::span<const Value> values) {
             std::optional<std::uint64_t> key;
             for (const int position : columns) {

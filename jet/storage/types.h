@@ -24,6 +24,7 @@ struct RowPointer
     }
     std::uint32_t packed() const { return (page << 8) | row; }
     bool isNull() const { return page == 0; }
+    // NOLINTNEXTLINE(modernize-use-nullptr): a false alarm on defaulted comparisons
     friend auto operator<=>(const RowPointer&, const RowPointer&) = default;
 };
 
