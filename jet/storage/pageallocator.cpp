@@ -233,7 +233,7 @@ std::optional<PageNumber> PageAllocator::nextFree(PageNumber from) const
 
 RowPointer PageAllocator::createMap(PageNumber mapPage)
 {
-    if (mapPage != 0) {
+    if (mapPage > kGlobalMap.page) {
         if (const auto row = maprow::append(m_pager.modify(mapPage), mapPage))
             return {mapPage, *row};
     }

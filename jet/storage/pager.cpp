@@ -49,6 +49,17 @@ void refuseForeignUser(FileSystem& files, const std::filesystem::path& path)
     }
 }
 
+// The file itself where the path is a link, so that its journal is found by whatever name it
+// is opened.
+std::filesystem::path withoutLinks(const std::filesystem::path& path)
+{
+    std::error_code ignored;
+    if (!std::filesystem::is_symlink(path, ignored))
+        return path;
+    const std::filesystem::path target = std::filesystem::canonical(path, ignored);
+    return ignored ? path : target;
+}
+
 // The open file, any interrupted transaction undone.
 std::unique_ptr<File> openRecovered(FileSystem& files, const std::filesystem::path& path,
                                     bool readOnly)
@@ -282,8 +293,8 @@ Pager::~Pager() = default;
 std::unique_ptr<Pager> Pager::open(FileSystem& files, const std::filesystem::path& path,
                                    bool readOnly)
 {
-    auto impl = std::make_unique<Impl>(files, path, readOnly);
-    impl->file = openRecovered(files, path, readOnly);
+    auto impl = std::make_unique<Impl>(files, withoutLinks(path), readOnly);
+    impl->file = openRecovered(files, impl->path, readOnly);
     const std::uint64_t size = impl->file->size();
     Bytes first(static_cast<std::size_t>(std::min<std::uint64_t>(size, kPageSize)));
     impl->file->read(0, first);

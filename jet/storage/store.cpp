@@ -33,6 +33,32 @@ struct Store::Impl
         throw Error(Fault::UnknownName, "нет таблицы «" + std::string(name) + "»");
     }
 
+    // Its properties, or none when they are damaged: the table still shows all its columns
+    // and rows.
+    Properties readableProperties(std::uint32_t id)
+    {
+        try {
+            return catalogue.properties(id);
+        } catch (const Error& error) {
+            if (error.fault() != Fault::Damaged)
+                throw;
+            return {};
+        }
+    }
+
+    Table& openTable(const CatalogueObject& entry)
+    {
+        Table& table = tables.get(entry.id, entry.name);
+        const Properties properties = readableProperties(entry.id);
+        std::vector<std::uint16_t> required;
+        for (const ColumnDefinition& column : table.definition().columns) {
+            if (properties.columnFlag(column.name, "Required"))
+                required.push_back(column.id);
+        }
+        table.setRequiredColumns(std::move(required));
+        return table;
+    }
+
     Table* find(std::string_view name)
     {
         if (version() != foundAt) {
@@ -43,7 +69,7 @@ struct Store::Impl
         if (const auto known = found.find(key); known != found.end())
             return known->second;
         const CatalogueObject* const entry = catalogue.findTable(name);
-        Table* const table = entry ? &tables.get(entry->id, entry->name) : nullptr;
+        Table* const table = entry ? &openTable(*entry) : nullptr;
         found.emplace(std::move(key), table);
         return table;
     }
@@ -137,15 +163,7 @@ TableDef Store::describe(std::string_view name)
 {
     const CatalogueObject& object = m_impl->object(name);
     const Definition& definition = m_impl->tables.get(object.id, object.name).definition();
-    Properties properties;
-    try {
-        properties = m_impl->catalogue.properties(object.id);
-    } catch (const Error& error) {
-        if (error.fault() != Fault::Damaged)
-            throw;
-        // Without its properties a table still shows all its columns and rows.
-    }
-    return describeTable(object, definition, properties);
+    return describeTable(object, definition, m_impl->readableProperties(object.id));
 }
 
 std::uint64_t Store::schemaVersion() const

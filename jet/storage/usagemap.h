@@ -56,7 +56,7 @@ public:
     bool isFree(PageNumber page) const;
 
     // A new map row of 69 bytes, empty, on `mapPage`, or on a further map page that is
-    // allocated when mapPage is 0 or full. The page's owner field is 0.
+    // allocated when mapPage is full, 0 or that of the global map. The page's owner field is 0.
     RowPointer createMap(PageNumber mapPage);
     // Deletes the row, and frees its page when that was the last one. Bitmap pages stay: see
     // UsageMap::releaseBitmaps().

@@ -150,7 +150,9 @@ public:
     {
         const bool reading = mode == FileMode::ReadOnly;
         const DWORD access = reading ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE;
-        const DWORD sharing = reading ? FILE_SHARE_READ : 0;
+        // Nobody else may write. Reading stays possible so that an open file can be copied;
+        // a second opener of this engine asks for more than that and is refused.
+        const DWORD sharing = FILE_SHARE_READ;
         const DWORD how = mode == FileMode::Create ? CREATE_NEW : OPEN_EXISTING;
         const HANDLE handle = CreateFileW(path.c_str(), access, sharing, nullptr, how,
                                           FILE_ATTRIBUTE_NORMAL, nullptr);

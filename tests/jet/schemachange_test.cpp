@@ -349,6 +349,34 @@ TEST_F(SchemaChange, AnIndexThatTheRowsBreakIsRefused)
     expectSound();
 }
 
+TEST_F(SchemaChange, RequiredFieldsRefuseNull)
+{
+    Field required = text("B");
+    required.required = true;
+    change([&] { store->createTable({.name = "T", .fields = {number("A")}}); });
+    insert("T", {1});
+    change([&] { store->appendField("T", required); });
+    expectRefused(Fault::NullValue, [&] {
+        store->table("T").insert(std::vector<Value>{2, Value()});
+    });
+    insert("T", {2, ""});
+    reopen();
+    expectRefused(Fault::NullValue, [&] {
+        store->table("T").insert(std::vector<Value>{3, Value()});
+    });
+    std::vector<RowPointer> rows;
+    for (TableScan scan = store->table("T").scan(); scan.next();)
+        rows.push_back(scan.row().pointer());
+    // The row that is older than the field keeps its NULL.
+    change([&] { store->table("T").update(rows[0], std::vector<Value>{10, Value()}); });
+    expectRefused(Fault::NullValue, [&] {
+        store->table("T").update(rows[1], std::vector<Value>{2, Value()});
+    });
+    change([&] { store->dropField("T", "B"); });
+    insert("T", {4});
+    expectSound();
+}
+
 TEST_F(SchemaChange, DroppedThingsGiveTheirPagesBack)
 {
     change([&] { store->createTable({.name = "Stays", .fields = {number("A")}}); });

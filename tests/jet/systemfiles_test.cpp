@@ -152,6 +152,16 @@ TEST(SystemFiles, ByteRangeLocksOfOtherProgramsAreRespected)
     EXPECT_EQ(open(), 100);
 }
 
+TEST(SystemFiles, AJournalIsFoundThroughALink)
+{
+    const test::TemporaryFolder folder;
+    const std::filesystem::path path = folder / "base.mdb";
+    Pager::create(files(), path, test::smallImage(3));
+    std::filesystem::create_symlink(path, folder / "link.mdb");
+    const auto pager = Pager::open(files(), folder / "link.mdb", false);
+    EXPECT_EQ(pager->path(), std::filesystem::canonical(path));
+}
+
 TEST(SystemFiles, MissingRightsAreNamed)
 {
     const test::TemporaryFolder folder;
