@@ -6,7 +6,7 @@ set -euo pipefail
 ctl=$1 journal=$2
 
 # The first cell of a query's result.
-first() { "$ctl" sql "$journal" "$1" --csv | sed -n 2p | tr -d '"'; }
+first() { "$ctl" sql "$journal" "$1" --csv | sed -n 2p | tr -d '"\r'; }
 
 "$ctl" check "$journal"
 "$ctl" tables "$journal"
