@@ -110,23 +110,33 @@ private:
         part(minute ? 'n' : letter, count);
     }
 
-    void part(char letter, std::size_t count)
+    std::string dayText(std::size_t count) const
     {
         const auto weekday = static_cast<std::size_t>(m_parts.weekday - 1);
+        if (count <= 2)
+            return padded(m_parts.day, count);
+        if (count <= 4)
+            return std::string(count == 3 ? kShortDays[weekday] : kDays[weekday]);
+        return formatDate(m_date, count == 5 ? "dd.mm.yyyy" : "long date");
+    }
+
+    std::string monthText(std::size_t count) const
+    {
         const auto month = static_cast<std::size_t>(m_parts.month - 1);
+        if (count <= 2)
+            return padded(m_parts.month, count);
+        return std::string(count == 3 ? kShortMonths[month] : kMonths[month]);
+    }
+
+    void part(char letter, std::size_t count)
+    {
         const std::int64_t day = Moment::of(m_date).day;
         switch (letter) {
         case 'd':
-            m_out += count <= 2   ? padded(m_parts.day, count)
-                     : count == 3 ? std::string(kShortDays[weekday])
-                     : count == 4 ? std::string(kDays[weekday])
-                     : count == 5 ? formatDate(m_date, "dd.mm.yyyy")
-                                  : formatDate(m_date, "long date");
+            m_out += dayText(count);
             break;
         case 'm':
-            m_out += count <= 2   ? padded(m_parts.month, count)
-                     : count == 3 ? std::string(kShortMonths[month])
-                                  : std::string(kMonths[month]);
+            m_out += monthText(count);
             break;
         case 'y':
             m_out += count == 1   ? std::to_string(day - dayNumber(m_parts.year, 1, 1) + 1)

@@ -153,6 +153,21 @@ TEST_F(Change, OpenRecordsetKeepsItsRows)
     EXPECT_EQ(db->rowCount("SPSTUD"), 5);
 }
 
+// Making another table known to SQLite must not disturb a walk over the first.
+TEST_F(Change, RecordsetGoesOnWhileOtherTablesAreAskedFor)
+{
+    reopen();
+    Recordset students = db->query("SELECT ID, IDG FROM SPSTUD ORDER BY ID");
+    std::string groups;
+    while (students.next()) {
+        const std::string group = std::to_string(students.integer("IDG"));
+        groups += rows("SELECT NAIM FROM SPGRUP WHERE IDG = " + group) + ' ';
+        groups += std::to_string(db->count("SELECT * FROM POS WHERE ID = " + students.text("ID")));
+        groups += ' ';
+    }
+    EXPECT_EQ(groups, "ПО-21 2 ПО-21 1 ПО-21 0 ЭК-11 1 ЭК-11 0 ");
+}
+
 // A reader that was stopped by an abandoned transaction still has what it was to show.
 TEST_F(Change, RecordsetOutlivesARollback)
 {
