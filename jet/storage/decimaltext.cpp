@@ -48,12 +48,12 @@ std::optional<int> exponentOf(std::string_view text)
 
 void increment(std::string& digits)
 {
-    for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) {
-        if (*digit != '9') {
-            ++*digit;
+    for (std::size_t i = digits.size(); i-- > 0;) {
+        if (digits[i] != '9') {
+            ++digits[i];
             return;
         }
-        *digit = '0';
+        digits[i] = '0';
     }
     digits.insert(digits.begin(), '1');
 }
@@ -139,9 +139,9 @@ std::optional<Decimal> toDecimal(const DecimalDigits& number, int precision, std
     decimal.negative = number.negative && !digits.empty();
     for (const char digit : digits) {
         std::uint64_t carry = static_cast<std::uint64_t>(digit - '0');
-        for (auto part = decimal.magnitude.rbegin(); part != decimal.magnitude.rend(); ++part) {
-            carry += std::uint64_t{*part} * 10;
-            *part = static_cast<std::uint32_t>(carry);
+        for (std::size_t i = decimal.magnitude.size(); i-- > 0;) {
+            carry += std::uint64_t{decimal.magnitude[i]} * 10;
+            decimal.magnitude[i] = static_cast<std::uint32_t>(carry);
             carry >>= 32;
         }
     }

@@ -125,6 +125,7 @@ std::span<const RowPointer> Table::lookup(int column, const Value& value)
 {
     Impl& t = current();
     const ColumnDefinition& definition = t.definition->columns[static_cast<std::size_t>(column)];
+    assert(!definition.isLongValue());
     const auto key = EqualityKey::of(definition, value);
     if (!key)
         return {};

@@ -205,8 +205,9 @@ Value convertGuid(const Value& value, const ColumnDefinition& column)
         const std::size_t digit = std::string_view("0123456789ABCDEFabcdef").find(c);
         if (digit == std::string_view::npos || digits == 2 * guid.bytes.size())
             wrongType(column);
+        const std::size_t digitValue = digit > 15 ? digit - 6 : digit; // both cases of A to F
         std::uint8_t& byte = guid.bytes[digits++ / 2];
-        byte = static_cast<std::uint8_t>(byte << 4 | (digit > 15 ? digit - 6 : digit));
+        byte = static_cast<std::uint8_t>(byte * 16u + digitValue);
     }
     if (digits != 2 * guid.bytes.size())
         wrongType(column);
