@@ -57,6 +57,15 @@ void changeEverything(Table& table)
     }
 }
 
+void lookUp(Table& table)
+{
+    const std::vector<ColumnDefinition>& columns = table.definition().columns;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (!columns[i].isLongValue())
+            table.lookup(static_cast<int>(i), 1);
+    }
+}
+
 // Pages of the table: its definition, its maps, and up to two each of rows and long values.
 std::set<PageNumber> pagesOf(test::SampleFile& file, Table& table)
 {
@@ -102,7 +111,7 @@ int damagePage(test::SampleFile& file, Table& table, PageNumber page, const std:
             attempt([&] { table.reload(); }, refused);
             attempt([&] { readEverything(table); }, refused);
             attempt([&] { changeEverything(table); }, refused);
-            attempt([&] { table.lookup(0, 1); }, refused);
+            attempt([&] { lookUp(table); }, refused);
             pager.rollbackStatement();
         }
     }
