@@ -65,16 +65,17 @@ TEST(DemoPlan, AbsencesAndGradesAgreeWithLessons)
     for (const Lesson& lesson : plan.lessons)
         ++present[{plan.workloadOf(lesson).group, plan.workloadOf(lesson).discipline, lesson.day}];
     for (const Grade& grade : plan.grades) {
-        EXPECT_TRUE(grade.mark >= 1 && grade.mark <= 5);
+        EXPECT_TRUE(grade.mark >= 1 && grade.mark <= 5) << grade.mark;
         if (grade.kind != GradeKind::Current)
             continue;
         const auto& student =
             plan.institution.students[static_cast<std::size_t>(grade.student - 1)];
         const int lessonsThatDay = present[{student.group, grade.discipline, grade.day}];
         EXPECT_GT(lessonsThatDay, 0) << "a mark without a lesson";
-        if (lessonsThatDay == 1)
+        if (lessonsThatDay == 1) {
             EXPECT_FALSE(absent.contains({grade.student, grade.discipline, grade.day}))
                 << "a mark for an absent student";
+        }
     }
 }
 
