@@ -203,8 +203,12 @@ QString AttendanceModel::headerText(int column) const
 {
     if (const AttendanceColumn* day = dayColumn(column)) {
         const QString& title = day->title;
-        if (day->lesson != 0 || m_sheet->selection.mode == AttendanceMode::Lessons)
-            return QString(title).replace(u" № "_s, u"\n№ "_s);
+        if (m_sheet->selection.mode == AttendanceMode::Lessons) {
+            const QString subgroup = u' ' + QString::number(day->subgroup) + u" п/г"_s;
+            return QString(title)
+                .replace(u" № "_s, u"\n№ "_s)
+                .replace(subgroup, u'\n' + subgroup.trimmed());
+        }
         return title + u'\n' + weekdayLetters(day->date);
     }
     static const QString lead[] = {u"№ п.п"_s, u"ФИО студента"_s, u"На начало месяца, час."_s};

@@ -21,8 +21,8 @@ double luminance(const QColor& color)
 
 double contrastRatio(const QColor& first, const QColor& second)
 {
-    const auto [darker, lighter] = std::minmax(luminance(first), luminance(second));
-    return (lighter + 0.05) / (darker + 0.05);
+    const double one = luminance(first), other = luminance(second);
+    return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
 }
 
 QColor readable(const QColor& wish, const QColor& background)
