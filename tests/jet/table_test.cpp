@@ -104,10 +104,12 @@ public:
         m_model.clear();
         m_data.reopen();
         compare();
-        EXPECT_TRUE(UsageMap(m_data.store().pager(), m_data.store().allocator(),
-                             table().definition().ownedMap)
-                        .pages()
-                        .empty());
+        const Definition& d = table().definition();
+        std::vector<RowPointer> maps = {d.ownedMap, d.freeSpaceMap};
+        for (const ColumnMaps& column : d.columnMaps)
+            maps.insert(maps.end(), {column.owned, column.freeSpace});
+        for (const RowPointer map : maps)
+            EXPECT_TRUE(UsageMap(table().pager(), table().allocator(), map).pages().empty());
     }
 
     std::string structuralErrors() { return m_data.structuralErrors(); }
