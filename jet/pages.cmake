@@ -6,6 +6,7 @@ add_library(jet_pages STATIC
     storage/pagecache.cpp
     storage/pager.cpp
     storage/rc4.cpp
+    storage/recovery.cpp
     storage/usagemap.cpp
 )
 if(WIN32)

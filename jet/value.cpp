@@ -21,6 +21,8 @@ struct Overloaded : Cases...
 {
     using Cases::operator()...;
 };
+template <class... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 std::string twoDigits(int number)
 {

@@ -52,6 +52,7 @@ std::vector<Value> allValues(Table& table, const RowView& row)
 {
     std::vector<Value> values;
     const auto count = static_cast<int>(table.definition().columns.size());
+    values.reserve(table.definition().columns.size());
     for (int position = 0; position < count; ++position)
         values.push_back(row.value(position));
     return values;

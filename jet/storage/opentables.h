@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace jet {
@@ -23,7 +24,7 @@ public:
     {
         std::unique_ptr<Table>& table = m_tables[definitionPage];
         if (table && table->name() != name)
-            m_retired.push_back(std::move(table));
+            m_retired.push_back(std::exchange(table, nullptr));
         if (!table)
             table = std::make_unique<Table>(m_pager, m_allocator, definitionPage, name);
         return *table;

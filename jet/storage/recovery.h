@@ -1,0 +1,20 @@
+#pragma once
+
+#include "jet/storage/file.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace jet {
+
+// The file itself where the path is a link, so that its journal is found by whatever name it
+// is opened.
+std::filesystem::path withoutLinks(const std::filesystem::path& path);
+
+// Opens and locks a database file and undoes a transaction that was interrupted in it, which
+// needs write access for a moment even to read. Throws Error (Locked) also when another
+// program holds the `.ldb` beside the file.
+std::unique_ptr<File> openRecovered(FileSystem& files, const std::filesystem::path& path,
+                                    bool readOnly);
+
+} // namespace jet
