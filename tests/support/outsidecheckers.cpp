@@ -113,7 +113,7 @@ std::vector<std::filesystem::path> readableSamples()
 std::filesystem::path copyOf(const std::filesystem::path& sample, const TemporaryFolder& folder,
                              const std::string& name)
 {
-    const std::filesystem::path copy = folder / name;
+    std::filesystem::path copy = folder / name;
     std::filesystem::copy_file(sample, copy, std::filesystem::copy_options::overwrite_existing);
     std::filesystem::permissions(copy, std::filesystem::perms::owner_write,
                                  std::filesystem::perm_options::add);
