@@ -44,7 +44,10 @@ struct Command
 
     Command(CLI::App& program, const std::string& name, const std::string& description)
         : app(*program.add_subcommand(name, description))
-    {}
+    {
+        app.group("Команды");
+        app.get_help_ptr()->group("Параметры");
+    }
     void calls(std::function<void(const Options&)> run)
     {
         app.callback([values = options, run = std::move(run)] { run(*values); });

@@ -1,5 +1,8 @@
 #include "cli/program.h"
 
+#include "cli/command.h"
+#include "cli/usage.h"
+
 #include <algorithm>
 #include <exception>
 #include <ostream>
@@ -33,15 +36,21 @@ void addCommands(CLI::App& program, Streams streams)
 Status run(std::vector<std::string> arguments, Streams streams)
 {
     CLI::App program("Журнал посещаемости и успеваемости из терминала", "jurnalctl");
+    speakRussian(program);
     program.require_subcommand(1);
-    program.set_version_flag("--version", PROGRAM_VERSION);
+    program.set_version_flag("--version", PROGRAM_VERSION, "Показать версию программы");
     try {
         addCommands(program, streams);
         std::ranges::reverse(arguments); // as CLI11 takes a vector
         program.parse(std::move(arguments));
         return Status::Done;
     } catch (const CLI::ParseError& error) {
-        return program.exit(error, streams.out, streams.err) == 0 ? Status::Done : Status::Usage;
+        if (error.get_exit_code() == 0) { // help or version was asked for
+            program.exit(error, streams.out, streams.err);
+            return Status::Done;
+        }
+        streams.err << usageText(error) << '\n';
+        return Status::Usage;
     } catch (const std::exception& error) {
         streams.err << oneLine(error.what()) << '\n';
         return Status::Refused;
