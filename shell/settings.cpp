@@ -22,7 +22,7 @@ struct Row
 
 const Row& row(Setting setting)
 {
-    static const std::array<Row, static_cast<std::size_t>(Setting::Count_)> table = {{
+    static const std::array<Row, static_cast<std::size_t>(Setting::Count)> table = {{
         {Setting::MainLeft, "Settings/MainLeft", 100},
         {Setting::MainTop, "Settings/MainTop", 100},
         {Setting::MainWidth, "Settings/MainWidth", 1200},

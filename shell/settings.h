@@ -37,7 +37,7 @@ enum class Setting {
     RankingOption,    // optr
     ImportFile,       // frmImpFile
     RecentFiles,
-    Count_
+    Count
 };
 
 // The one owner of the per-user settings store.
