@@ -74,7 +74,7 @@ Value abs(const Arguments& arguments)
     return std::abs(arguments.number(0));
 }
 
-Value int_(const Arguments& arguments)
+Value integerPart(const Arguments& arguments)
 {
     return arguments.isInteger(0) ? arguments.value(0) : Value(std::floor(arguments.number(0)));
 }
@@ -148,15 +148,15 @@ Value rnd(const Arguments&)
 }
 
 constexpr Function kFunctions[] = {
-    {"add", 2, 2, add},       {"divide", 2, 2, divide},
-    {"intdiv", 2, 2, intdiv}, {"mod", 2, 2, mod},
-    {"power", 2, 2, power},   {"abs", 1, 1, abs},
-    {"int", 1, 1, int_},      {"fix", 1, 1, fix},
-    {"round", 1, 2, round},   {"sgn", 1, 1, sgn},
-    {"sqr", 1, 1, sqr},       {"exp", 1, 1, exp},
-    {"log", 1, 1, log},       {"sin", 1, 1, sin},
-    {"cos", 1, 1, cos},       {"tan", 1, 1, tan},
-    {"atn", 1, 1, atn},       {"rnd", 0, 1, rnd, Nulls::Take, Stability::Varies},
+    {"add", 2, 2, add},         {"divide", 2, 2, divide},
+    {"intdiv", 2, 2, intdiv},   {"mod", 2, 2, mod},
+    {"power", 2, 2, power},     {"abs", 1, 1, abs},
+    {"int", 1, 1, integerPart}, {"fix", 1, 1, fix},
+    {"round", 1, 2, round},     {"sgn", 1, 1, sgn},
+    {"sqr", 1, 1, sqr},         {"exp", 1, 1, exp},
+    {"log", 1, 1, log},         {"sin", 1, 1, sin},
+    {"cos", 1, 1, cos},         {"tan", 1, 1, tan},
+    {"atn", 1, 1, atn},         {"rnd", 0, 1, rnd, Nulls::Take, Stability::Varies},
 };
 
 } // namespace

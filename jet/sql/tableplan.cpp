@@ -163,7 +163,7 @@ private:
 
     void addTerm(int i)
     {
-        if (m_plan.terms.size() > 0) {
+        if (!m_plan.terms.empty()) {
             m_cost += isTextColumn(column(i)) ? m_estimatedRows * kTextCost : 0;
             const bool equality = constraint(i).op == SQLITE_INDEX_CONSTRAINT_EQ;
             m_estimatedRows = std::max(m_estimatedRows * (equality ? 0.1 : kFilteredPart), 1.0);

@@ -242,8 +242,9 @@ void Catalogue::checkRelations()
 // The two indexes of a relationship name each other.
 void Catalogue::checkPartners()
 {
-    for (const auto& [page, definition] : m_tables) {
-        for (const LogicalIndex& index : definition.logicalIndexes) {
+    for (const auto& entry : m_tables) {
+        const PageNumber page = entry.first;
+        for (const LogicalIndex& index : entry.second.logicalIndexes) {
             if (index.type != kForeignKey)
                 continue;
             const auto other = m_tables.find(index.partnerTable);
