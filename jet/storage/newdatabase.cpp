@@ -28,7 +28,6 @@ namespace {
 
 constexpr PageNumber kMapPage = 6;
 constexpr std::size_t kMapRows = 31;
-constexpr PageNumber kFirstRoot = 7;
 constexpr PageNumber kPagesWithoutRows = 14;
 constexpr std::size_t kInlineBitmap = 5; // offset in a map row
 

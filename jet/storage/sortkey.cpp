@@ -4,6 +4,7 @@
 #include "jet/text.h"
 
 #include <algorithm>
+#include <compare>
 #include <cstddef>
 
 namespace jet {
@@ -184,7 +185,7 @@ int compareKeys(std::string_view a, std::string_view b)
     const Bytes second = generalSortKey(b);
     const auto order = std::lexicographical_compare_three_way(first.begin(), first.end(),
                                                               second.begin(), second.end());
-    return order < 0 ? -1 : order > 0 ? 1 : 0;
+    return std::is_lt(order) ? -1 : std::is_gt(order) ? 1 : 0;
 }
 
 } // namespace
