@@ -79,23 +79,13 @@ void appendText(Bytes& out, const ColumnDefinition& column, const std::string& t
 std::size_t storedSize(FieldType type)
 {
     switch (type) {
-    case FieldType::Byte:
-        return 1;
-    case FieldType::Integer:
-        return 2;
-    case FieldType::Long:
-    case FieldType::Single:
-        return 4;
-    case FieldType::Currency:
-    case FieldType::Double:
-    case FieldType::Date:
-        return 8;
-    case FieldType::Guid:
-        return 16;
+    case FieldType::Boolean: // lives in the null mask
+    case FieldType::Block:   // read as bytes, whatever there are
+        return 0;
     case FieldType::Decimal:
         return kDecimalBytes;
     default:
-        return 0;
+        return static_cast<std::size_t>(fieldSize(type));
     }
 }
 
