@@ -1,13 +1,12 @@
 #include "jet/storage/check/catalogue.h"
 
-#include "jet/storage/catalogueobject.h"
+#include "jet/storage/check/properties.h"
 #include "jet/storage/check/table.h"
-#include "jet/storage/properties.h"
 #include "jet/storage/sid.h"
 #include "jet/text.h"
 
 #include <algorithm>
-#include <iterator>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -23,8 +22,8 @@ constexpr std::string_view kPermissions = "MSysACEs";
 constexpr std::string_view kRelations = "MSysRelationships";
 constexpr std::uint32_t kRootParent = 0x0F000000;
 constexpr std::uint8_t kForeignKey = 2; // type of a logical index
-constexpr int kLocalTable = 1;
-constexpr std::uint32_t kAllRights = 0xFFFFF;
+constexpr std::uint8_t kReferenced = 1; // sides of a relationship
+constexpr std::uint8_t kReferencing = 2;
 
 // The value of a column by name; NULL when there is none.
 Value valueOf(const Definition& definition, const CheckedRow& row, std::string_view column)
@@ -38,14 +37,13 @@ std::uint32_t numberOf(const Definition& definition, const CheckedRow& row, std:
     return static_cast<std::uint32_t>(valueOf(definition, row, column).toInteger());
 }
 
-// `coded` as it stands in the file.
-bool isKnownSid(const Value& coded, std::uint32_t sidKey)
+void requireValues(const Definition& definition, const CheckedRow& row,
+                   std::initializer_list<std::string_view> columns)
 {
-    const auto* bytes = coded.as<Bytes>();
-    const Bytes plain = bytes ? sid::coded(*bytes, sidKey) : Bytes();
-    return plain.size() > 2 // of an account in a workgroup file
-           || plain == sid::kAdmin || plain == sid::kUsers || plain == sid::kEngine
-           || plain == sid::kCreator;
+    for (const std::string_view column : columns) {
+        if (valueOf(definition, row, column).isNull())
+            throw Error(Fault::Damaged, "не заполнено поле " + std::string(column));
+    }
 }
 
 } // namespace
@@ -53,6 +51,7 @@ bool isKnownSid(const Value& coded, std::uint32_t sidKey)
 Catalogue::Catalogue(Space& space, Findings& findings)
     : m_space(space)
     , m_findings(findings)
+    , m_permissions(findings)
 {}
 
 void Catalogue::run()
@@ -60,7 +59,7 @@ void Catalogue::run()
     readObjects();
     checkTables();
     checkObjects();
-    checkPermissions();
+    m_permissions.check(m_objects);
     checkRelations();
     checkPartners();
 }
@@ -78,34 +77,43 @@ void Catalogue::readObjects()
                               [&](const CheckedRow& row) { addObject(definition, row); });
     if (checked)
         m_tables.emplace(kObjectsPage, std::move(*checked));
+    m_tableNames.emplace(kObjectsPage, table);
+}
+
+Bytes Catalogue::accountOf(const Value& sid) const
+{
+    const auto* bytes = sid.as<Bytes>();
+    return bytes ? sid::coded(*bytes, m_space.pager().header().sidKey) : Bytes();
 }
 
 void Catalogue::addObject(const Definition& definition, const CheckedRow& row)
 {
+    requireValues(definition, row, {"Id", "ParentId", "Name", "Type"});
     Object object;
     object.id = numberOf(definition, row, "Id");
     object.parent = numberOf(definition, row, "ParentId");
     object.flags = numberOf(definition, row, "Flags");
     object.type = static_cast<int>(valueOf(definition, row, "Type").toInteger());
     object.name = valueOf(definition, row, "Name").toText();
+    object.owner = accountOf(valueOf(definition, row, "Owner"));
     if (const Value blob = valueOf(definition, row, "LvProp"); blob.as<Bytes>())
         object.properties = *blob.as<Bytes>();
     object.row = row.pointer;
-    m_objects.push_back(std::move(object));
-    if (!isKnownSid(valueOf(definition, row, "Owner"), m_space.pager().header().sidKey))
+    if (!isKnownAccount(object.owner))
         m_findings.harmful(std::string(kObjects), "объект неизвестного владельца", row.pointer.page,
                            row.pointer.row);
+    m_objects.push_back(std::move(object));
 }
 
 void Catalogue::checkTables()
 {
     for (const Object& object : m_objects) {
-        if (object.type != kLocalTable)
+        if (!object.isLocalTable())
             continue;
         m_tablePages.emplace(foldName(object.name), object.id);
         if (object.id == kObjectsPage)
             continue;
-        if (m_tables.contains(object.id)) {
+        if (!m_tableNames.emplace(object.id, object.name).second) {
             m_findings.harmful(std::string(kObjects), "номер объекта повторяется", object.row.page,
                                object.row.row);
             continue;
@@ -128,31 +136,28 @@ Rows::Visitor Catalogue::visitorOf(PageNumber table, Definition& definition)
     } catch (const Error&) {
         return {}; // checkTable() tells about it
     }
-    if (table == kPermissionsPage) {
-        return [&](const CheckedRow& row) {
-            addPermission(numberOf(definition, row, "ObjectId"), numberOf(definition, row, "ACM"),
-                          valueOf(definition, row, "SID"), row.pointer);
-        };
-    }
-    return [&](const CheckedRow& row) {
-        const auto text = [&](const char* column) {
-            return valueOf(definition, row, column).toText();
-        };
-        m_relations.push_back({text("szObject"), text("szColumn"), text("szReferencedObject"),
-                               text("szReferencedColumn"), row.pointer});
-    };
+    if (table == kPermissionsPage)
+        return [&](const CheckedRow& row) { addPermission(definition, row); };
+    return [&](const CheckedRow& row) { addRelation(definition, row); };
 }
 
-void Catalogue::addPermission(std::uint32_t object, std::uint32_t rights, const Value& sid,
-                              RowPointer row)
+void Catalogue::addPermission(const Definition& definition, const CheckedRow& row)
 {
-    if ((rights & ~kAllRights) != 0)
-        m_findings.harmful(std::string(kPermissions), "неизвестные права", row.page, row.row);
-    if (!isKnownSid(sid, m_space.pager().header().sidKey))
-        m_findings.harmful(std::string(kPermissions), "права неизвестного пользователя", row.page,
-                           row.row);
-    m_permitted.insert(object);
-    m_permissions.emplace_back(object, row);
+    requireValues(definition, row, {"ObjectId", "ACM", "SID"});
+    Permission permission;
+    permission.object = numberOf(definition, row, "ObjectId");
+    permission.rights = numberOf(definition, row, "ACM");
+    permission.account = accountOf(valueOf(definition, row, "SID"));
+    permission.inheritable = numberOf(definition, row, "FInheritable") != 0;
+    permission.row = row.pointer;
+    m_permissions.add(std::move(permission));
+}
+
+void Catalogue::addRelation(const Definition& definition, const CheckedRow& row)
+{
+    const auto text = [&](const char* column) { return valueOf(definition, row, column).toText(); };
+    m_relations.push_back({text("szRelationship"), text("szObject"), text("szColumn"),
+                           text("szReferencedObject"), text("szReferencedColumn"), row.pointer});
 }
 
 void Catalogue::checkObjects()
@@ -198,26 +203,19 @@ void Catalogue::checkSystemTables()
 void Catalogue::checkProperties(const Object& object)
 {
     m_findings.attempt(
-        std::string(kObjects), [&] { const Properties parsed(object.properties); }, object.row.page,
-        object.row.row);
-}
-
-void Catalogue::checkPermissions()
-{
-    std::set<std::uint32_t> ids;
-    for (const Object& object : m_objects) {
-        ids.insert(object.id);
-        const bool system =
-            (object.flags & (objectflag::kEngineSystem | objectflag::kAccessSystem)) != 0;
-        if (object.type == kLocalTable && !system && !m_permitted.contains(object.id))
-            m_findings.harmful(object.name, "на таблицу ни у кого нет прав", object.row.page,
-                               object.row.row);
-    }
-    for (const auto& [object, row] : m_permissions) {
-        if (!ids.contains(object))
-            m_findings.harmful(std::string(kPermissions), "права на объект, которого нет", row.page,
-                               row.row);
-    }
+        std::string(kObjects),
+        [&] {
+            const std::vector<std::string> columns = checkPropertyBlob(object.properties);
+            const auto table = m_tables.find(object.id);
+            if (!object.isLocalTable() || table == m_tables.end())
+                return;
+            for (const std::string& column : columns) {
+                if (table->second.columnPosition(column) < 0)
+                    m_findings.harmless(object.name, "свойства поля, которого нет: " + column,
+                                        object.row.page, object.row.row);
+            }
+        },
+        object.row.page, object.row.row);
 }
 
 bool Catalogue::hasColumn(const std::string& table, const std::string& column) const
@@ -231,35 +229,44 @@ bool Catalogue::hasColumn(const std::string& table, const std::string& column) c
 
 void Catalogue::checkRelations()
 {
+    std::set<std::string> names;
+    for (const Object& object : m_objects) {
+        if (object.isRelationship())
+            names.insert(foldName(object.name));
+    }
     for (const Relation& relation : m_relations) {
+        const auto harmless = [&](const char* what) {
+            m_findings.harmless(std::string(kRelations), what, relation.row.page, relation.row.row);
+        };
+        if (!names.contains(foldName(relation.name)))
+            harmless("связи нет в каталоге");
         if (!hasColumn(relation.table, relation.column)
             || !hasColumn(relation.otherTable, relation.otherColumn))
-            m_findings.harmless(std::string(kRelations), "связь по полю, которого нет",
-                                relation.row.page, relation.row.row);
+            harmless("связь по полю, которого нет");
     }
+}
+
+bool Catalogue::hasPartner(PageNumber table, const LogicalIndex& index) const
+{
+    const auto other = m_tables.find(index.partnerTable);
+    return other != m_tables.end()
+           && std::ranges::any_of(other->second.logicalIndexes, [&](const LogicalIndex& o) {
+                  return static_cast<std::int32_t>(o.number) == index.partner
+                         && o.partner == static_cast<std::int32_t>(index.number)
+                         && o.partnerTable == table
+                         && o.relationSide * index.relationSide == kReferenced * kReferencing;
+              });
 }
 
 // The two indexes of a relationship name each other.
 void Catalogue::checkPartners()
 {
     for (const auto& entry : m_tables) {
-        const PageNumber page = entry.first;
         for (const LogicalIndex& index : entry.second.logicalIndexes) {
-            if (index.type != kForeignKey)
-                continue;
-            const auto other = m_tables.find(index.partnerTable);
-            const bool found =
-                other != m_tables.end()
-                && std::any_of(other->second.logicalIndexes.begin(),
-                               other->second.logicalIndexes.end(), [&](const LogicalIndex& o) {
-                                   return static_cast<std::int32_t>(o.number) == index.partner
-                                          && o.partner == static_cast<std::int32_t>(index.number)
-                                          && o.partnerTable == page
-                                          && o.relationSide != index.relationSide;
-                               });
-            if (!found)
-                m_findings.harmful("", "у индекса связи «" + index.name + "» нет ответного индекса",
-                                   page);
+            if (index.type == kForeignKey && !hasPartner(entry.first, index))
+                m_findings.harmful(m_tableNames.at(entry.first),
+                                   "индекс «" + index.name + "»: у связи нет ответного индекса",
+                                   entry.first);
         }
     }
 }

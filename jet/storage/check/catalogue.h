@@ -1,5 +1,7 @@
 #pragma once
 
+#include "jet/storage/check/object.h"
+#include "jet/storage/check/permissions.h"
 #include "jet/storage/check/rows.h"
 #include "jet/storage/check/space.h"
 #include "jet/storage/definition.h"
@@ -7,9 +9,7 @@
 
 #include <cstdint>
 #include <map>
-#include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace jet::check {
@@ -25,17 +25,9 @@ public:
     bool isReadable() const { return !m_objects.empty(); }
 
 private:
-    struct Object
-    {
-        std::uint32_t id = 0, parent = 0, flags = 0;
-        int type = 0;
-        std::string name;
-        Bytes properties;
-        RowPointer row;
-    };
     struct Relation
     {
-        std::string table, column, otherTable, otherColumn;
+        std::string name, table, column, otherTable, otherColumn;
         RowPointer row;
     };
 
@@ -43,14 +35,15 @@ private:
     void addObject(const Definition& definition, const CheckedRow& row);
     void checkTables();
     Rows::Visitor visitorOf(PageNumber table, Definition& definition);
-    void addPermission(std::uint32_t object, std::uint32_t rights, const Value& sid,
-                       RowPointer row);
+    void addPermission(const Definition& definition, const CheckedRow& row);
+    void addRelation(const Definition& definition, const CheckedRow& row);
+    Bytes accountOf(const Value& sid) const;
     void checkObjects();
     void checkSystemTables();
     void checkProperties(const Object& object);
-    void checkPermissions();
     void checkRelations();
     void checkPartners();
+    bool hasPartner(PageNumber table, const LogicalIndex& index) const;
     bool hasColumn(const std::string& table, const std::string& column) const;
 
     Space& m_space;
@@ -58,8 +51,8 @@ private:
     std::vector<Object> m_objects;
     std::map<PageNumber, Definition> m_tables;      // local tables that can be read
     std::map<std::string, PageNumber> m_tablePages; // by folded name
-    std::set<std::uint32_t> m_permitted;            // objects with permissions
-    std::vector<std::pair<std::uint32_t, RowPointer>> m_permissions;
+    std::map<PageNumber, std::string> m_tableNames;
+    Permissions m_permissions;
     std::vector<Relation> m_relations;
 };
 

@@ -9,9 +9,16 @@ constexpr std::size_t kKeptHarmful = 20; // of one kind
 constexpr std::size_t kKeptHarmless = 3;
 constexpr std::size_t kMostFindings = 5000;
 
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
 std::string kindOf(const Finding& finding)
 {
-    return finding.table + '\n' + finding.text;
+    std::string kind = finding.text;
+    std::erase_if(kind, isDigit);
+    return finding.table + '\n' + static_cast<char>(finding.severity) + kind;
 }
 
 std::size_t keptOf(const Finding& finding)
@@ -31,6 +38,7 @@ std::string clauseOf(const Error& error)
 
 void Findings::add(Finding finding)
 {
+    ++(finding.severity == Severity::Harmful ? m_totals.harmful : m_totals.harmless);
     const std::size_t count = ++m_counts[kindOf(finding)];
     if (count <= keptOf(finding) && m_findings.size() < kMostFindings)
         m_findings.push_back(std::move(finding));
@@ -38,7 +46,10 @@ void Findings::add(Finding finding)
 
 void Findings::addError(const std::string& table, const Error& error, PageNumber page, int row)
 {
-    harmful(table, clauseOf(error), page != 0 ? page : error.page().value_or(0), row);
+    if (const auto* damage = dynamic_cast<const RowDamage*>(&error))
+        harmful(table, clauseOf(error), error.page().value_or(page), damage->row());
+    else
+        harmful(table, clauseOf(error), page != 0 ? page : error.page().value_or(0), row);
 }
 
 std::vector<Finding> Findings::take()

@@ -12,8 +12,22 @@
 
 namespace jet::check {
 
-// Collects findings. Of each kind (table and text) only the first ones are kept, the rest is
-// counted, so that a badly damaged file gives a list that one can read.
+// Damage to one row of a page; Error by itself knows the page only.
+class RowDamage : public Error
+{
+public:
+    RowDamage(const std::string& clause, RowPointer row)
+        : Error(Fault::Damaged, clause, row.page)
+        , m_row(row.row)
+    {}
+    int row() const { return m_row; }
+
+private:
+    int m_row;
+};
+
+// Collects findings. Of each kind (table and text but for its numbers) only the first ones
+// are kept, the rest is counted, so that a badly damaged file gives a list that one can read.
 class Findings
 {
 public:
@@ -41,6 +55,8 @@ public:
         return false;
     }
 
+    // To be counted up by the parts of the check; harmful and harmless count themselves.
+    CheckTotals& totals() { return m_totals; }
     // All of them, harmful ones first.
     std::vector<Finding> take();
 
@@ -50,6 +66,7 @@ private:
 
     std::vector<Finding> m_findings;
     std::map<std::string, std::size_t> m_counts; // by kind
+    CheckTotals m_totals;
 };
 
 } // namespace jet::check

@@ -26,6 +26,11 @@ RowPointer rowOf(const Bytes& entry)
     return RowPointer::unpack(packed);
 }
 
+std::string placeOf(RowPointer row)
+{
+    return "страница " + std::to_string(row.page) + ", строка " + std::to_string(row.row);
+}
+
 std::string nameOf(const Definition& definition, std::size_t real)
 {
     for (const LogicalIndex& index : definition.logicalIndexes) {
@@ -112,6 +117,7 @@ void Index::run()
 {
     Tree tree(m_space, m_findings, m_owner, m_definition.page);
     tree.walk(m_index.root);
+    m_findings.totals().indexEntries += tree.entries().size();
     checkPages(tree);
     checkOrder(tree);
     compare(tree);
@@ -126,7 +132,6 @@ void Index::checkPages(const Tree& tree)
             m_findings.harmful(m_owner.table, m_owner.part + ": страница вне дерева", page);
     }
     for (const PageNumber page : tree.pages()) {
-        m_space.claim(page, m_owner);
         if (!std::binary_search(owned.begin(), owned.end(), page))
             m_findings.harmful(m_owner.table, m_owner.part + ": страницы нет в карте", page);
     }
@@ -170,7 +175,8 @@ void Index::compare(const Tree& tree)
             meet(alternative == m_alternatives.end() ? entry.bytes : alternative->second);
         if (!known && !m_unknown.contains(rowOf(entry.bytes)))
             m_findings.harmful(m_owner.table,
-                               m_owner.part + ": запись не соответствует ни одной строке",
+                               m_owner.part + ": запись не соответствует ни одной строке ("
+                                   + placeOf(rowOf(entry.bytes)) + ")",
                                entry.leaf);
     }
     for (std::size_t i = 0; i < met.size() && tree.isComplete(); ++i) {

@@ -14,10 +14,27 @@ namespace {
 constexpr std::uint8_t kBinary = 0x09;
 constexpr std::uint8_t kText = 0x0A;
 constexpr std::uint8_t kMemo = 0x0C;
+constexpr std::uint16_t kCompressedMark = 0xFEFF; // FF FE in front of a text
 
 [[noreturn]] void damaged(const std::string& what)
 {
     throw Error(Fault::Damaged, what);
+}
+
+// Of a text as it is stored, see textcodec.h: behind the mark a byte 00 switches between
+// single bytes and pairs.
+bool endsInsideCharacter(ByteView stored)
+{
+    if (stored.size() < 2 || get16(stored, 0) != kCompressedMark)
+        return stored.size() % 2 != 0;
+    bool pairs = false;
+    std::size_t at = 2;
+    while (at < stored.size()) {
+        const bool isSwitch = stored[at] == 0;
+        pairs = pairs != isSwitch;
+        at += pairs && !isSwitch ? 2 : 1;
+    }
+    return at > stored.size();
 }
 
 } // namespace
@@ -60,9 +77,7 @@ void Rows::openLongValues()
         const Owner owner{m_table, columnName(i) + " таблицы «" + m_table + "»", columnName(i)};
         std::vector<PageNumber> pages;
         if (const ColumnMaps* maps = m_definition.mapsOf(column.id))
-            pages = m_space.ownedPages(maps->owned, maps->freeSpace, owner);
-        else
-            m_findings.harmful(m_table, columnName(i) + ": нет карт размещения", m_definition.page);
+            pages = m_space.ownOf(m_space.ownedPages(maps->owned, maps->freeSpace, owner), owner);
         m_longValues.try_emplace(i, m_space, m_findings, owner, std::move(pages));
     }
 }
@@ -141,18 +156,22 @@ void Rows::visitRow(ByteView bytes, RowPointer pointer, const Visitor& visit)
     visit(row);
 }
 
-// Also those of dropped columns and NULL items must be in order.
+// Also those of dropped columns and NULL items must be in order. The fixed area is whole even
+// where all of it is NULL.
 void Rows::checkOffsets(const RowParts& parts)
 {
+    if (parts.slotCount > m_definition.variableSlots)
+        damaged("строка противоречит описанию таблицы");
     std::size_t before = fixedEnd(parts.columnCount);
-    for (std::size_t slot = 0; slot < parts.slotCount; ++slot) {
-        const std::size_t at = parts.maskOffset - 4 - 2 * slot;
-        const std::size_t begin = get16(parts.bytes, at);
-        const std::size_t end = get16(parts.bytes, at - 2);
-        if (begin < before || end < begin)
+    const bool hasTrailer = parts.dataEnd < parts.maskOffset;
+    for (std::size_t slot = 0; hasTrailer && slot <= parts.slotCount; ++slot) {
+        const std::size_t begin = get16(parts.bytes, parts.maskOffset - 4 - 2 * slot);
+        if (begin < before)
             damaged("значения в строке идут не по порядку");
         before = begin;
     }
+    if (before > parts.dataEnd)
+        damaged("строка короче, чем следует из описания таблицы");
 }
 
 void Rows::checkMask(const RowParts& parts, RowPointer pointer)
@@ -193,6 +212,8 @@ Value Rows::decode(std::size_t i, ByteView item)
         Bytes data = m_longValues.at(i).read(item);
         if (column.storedType != kMemo)
             return data;
+        if (endsInsideCharacter(data))
+            damaged(columnName(i) + ": текст обрывается посреди знака");
         std::string text;
         appendStoredText(text, data);
         return text;
@@ -201,8 +222,7 @@ Value Rows::decode(std::size_t i, ByteView item)
     if (!value)
         damaged(columnName(i) + ": значение короче своего типа");
     if (column.storedType == kText) {
-        const bool plain = item.size() < 2 || get16(item, 0) != 0xFEFF;
-        if (plain && item.size() % 2 != 0)
+        if (endsInsideCharacter(item))
             damaged(columnName(i) + ": текст обрывается посреди знака");
         if (2 * utf16Length(value->as<std::string>() ? *value->as<std::string>() : "")
             > column.length)

@@ -30,14 +30,18 @@ public:
 
     Pager& pager() const { return m_pager; }
 
-    // A second owner and a page beyond the file are findings.
-    void claim(PageNumber page, const Owner& owner);
-    // Members of a map, ascending, none of them claimed by this; its row and bitmap pages are.
-    // What is damaged is a finding and gives no members.
+    // A second owner and a page beyond the file are findings. True when the page is the
+    // owner's now.
+    bool claim(PageNumber page, const Owner& owner);
+    // Members of a map inside the file, ascending, none of them claimed by this; its row and
+    // bitmap pages are. What is damaged is a finding and gives no members.
     std::vector<PageNumber> membersOf(RowPointer map, const Owner& owner);
     // The members of a map of owned pages, each claimed. Those of `freeSpace`, unless it is
     // null, must be among them.
     std::vector<PageNumber> ownedPages(RowPointer owned, RowPointer freeSpace, const Owner& owner);
+
+    // Of the pages those that were claimed by the owner before anyone else.
+    std::vector<PageNumber> ownOf(std::vector<PageNumber> pages, const Owner& owner) const;
 
     // A data page of `owner` (page of a definition, "LVAL", 0 or 1 for map pages) with all
     // slots in order. Throws Error (Damaged).
@@ -48,9 +52,18 @@ public:
     void checkAllPages(bool leaksCount);
 
 private:
+    struct MapSlice
+    {
+        std::uint64_t first = 0; // page of the first bit
+        Bytes bits;
+    };
+
     void claimMapRow(RowPointer map, const Owner& owner);
+    std::vector<MapSlice> slicesOf(RowPointer map, const Owner& owner);
+    MapSlice inlineSlice(ByteView row, RowPointer map, const Owner& owner);
+    std::vector<MapSlice> bitmapSlices(ByteView row, RowPointer map, const Owner& owner);
     void checkSlots(ByteView page, PageNumber number, const std::string& table);
-    void claimBitmaps(RowPointer map, const Owner& owner);
+    void checkReservedPages();
 
     Pager& m_pager;
     Findings& m_findings;

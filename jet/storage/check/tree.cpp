@@ -40,6 +40,10 @@ std::optional<Bytes> Tree::visit(PageNumber number, std::size_t depth)
         m_complete = false;
         return std::nullopt;
     }
+    if (!m_space.claim(number, m_owner)) {
+        m_complete = false;
+        return std::nullopt;
+    }
     std::optional<Bytes> last;
     const bool read = m_findings.attempt(
         m_owner.table,
