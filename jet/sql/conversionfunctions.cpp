@@ -25,6 +25,15 @@ Value cdbl(const Arguments& arguments)
     return arguments.number(0);
 }
 
+// A text that stands beside a number in a comparison.
+Value comparednumber(const Arguments& arguments)
+{
+    if (arguments.isText(0) && !parseNumber(arguments.text(0)))
+        throw Error(Fault::Type, "несоответствие типов: текст «" + arguments.text(0)
+                                     + "» сравнивается с числом");
+    return arguments.number(0);
+}
+
 Value csng(const Arguments& arguments)
 {
     const double value = arguments.number(0);
@@ -133,6 +142,7 @@ constexpr Function kFunctions[] = {
     {"cint", 1, 1, whole<std::int16_t>},
     {"clng", 1, 1, whole<std::int32_t>},
     {"cdbl", 1, 1, cdbl},
+    {"comparednumber", 1, 1, comparednumber},
     {"csng", 1, 1, csng},
     {"ccur", 1, 1, ccur},
     {"cbool", 1, 1, cbool},

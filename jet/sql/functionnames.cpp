@@ -93,9 +93,11 @@ constexpr FunctionName kFunctions[] = {
 };
 
 constexpr FunctionName kOperatorFunctions[] = {
-    ofText("concat", 2, 100),      fixed("add", 2, 2, Double),    fixed("divide", 2, 2, Double),
-    fixed("intdiv", 2, 2, Long),   fixed("mod", 2, 2, Long),      fixed("power", 2, 2, Double),
-    ofText("like", 2, 2, Boolean), fixed("datetext", 1, 1, Text), fixed("formatdate", 1, 2, Text),
+    ofText("concat", 2, 100),        fixed("add", 2, 2, Double),
+    fixed("divide", 2, 2, Double),   fixed("intdiv", 2, 2, Long),
+    fixed("mod", 2, 2, Long),        fixed("power", 2, 2, Double),
+    ofText("like", 2, 2, Boolean),   fixed("datetext", 1, 1, Text),
+    fixed("formatdate", 1, 2, Text), fixed("comparednumber", 1, 1, Double),
 };
 
 constexpr FunctionName kAggregates[] = {

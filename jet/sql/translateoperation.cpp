@@ -4,6 +4,7 @@
 #include "jet/error.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace jet::sql {
 
@@ -63,9 +64,8 @@ void makeComparable(Fragment& left, std::span<Fragment> others)
             return;
         if (isDate(other.type))
             text = callOf("cdate", {text}, FieldType::Date);
-        else if (isNumber(other.type) && text.column != ColumnOf::Table
-                 && other.column != ColumnOf::Table)
-            text = callOf("cdbl", {text}, FieldType::Double);
+        else if (isNumber(other.type) && text.column != ColumnOf::Table)
+            text = callOf("comparednumber", {text}, FieldType::Double);
     };
     bool declared = left.column == ColumnOf::Table && isText(left.type);
     for (Fragment& other : others) {
@@ -175,6 +175,9 @@ Fragment Translator::inList(const Expression& expression, Scope& scope)
     for (std::size_t i = 1; i < expression.operands.size(); ++i)
         members.push_back(value(*expression.operands[i], scope));
     makeComparable(left, members);
+    // Unlike in a comparison, no member's collation counts, not even that of the only one.
+    if (left.binding != Binding::Collation)
+        left = collated(std::move(left));
     std::string sql = bracketed(left, Binding::Sum) + (expression.negated ? " NOT IN (" : " IN (");
     for (const Fragment& member : members)
         sql += (&member == members.data() ? "" : ", ") + member.sql;

@@ -113,8 +113,14 @@ bool IndexKeeper::isNullKey(std::size_t i, ByteView key) const
 
 void IndexKeeper::throwDuplicate(std::size_t index) const
 {
+    const Index& of = m_indexes[index];
+    std::string fields;
+    for (const ColumnDefinition* column : of.columns)
+        fields += (fields.empty() ? "" : ", ") + inQuotes(column->name);
     throw Error(Fault::Duplicate,
-                "запись с такими значениями уже есть, индекс " + inQuotes(m_indexes[index].name)
+                (of.columns.size() == 1 ? "запись с таким же значением поля "
+                                        : "запись с такими же значениями полей ")
+                    + fields + " уже есть, а индекс " + inQuotes(of.name)
                     + " не допускает повторений",
                 m_table);
 }

@@ -32,6 +32,27 @@ TEST_F(Query, ComparesTextWithoutCaseButNotYoWithYe)
         EXPECT_EQ(rows(c.sql), c.expected) << c.sql;
 }
 
+TEST_F(Query, NumbersCompareWithTextsThatAreNumbers)
+{
+    EXPECT_EQ(rows("SELECT FAM FROM SPSTUD WHERE NOM = \"101\""), "Семёнов");
+    EXPECT_EQ(rows("SELECT ID FROM POS WHERE SUM = \"2,25\""), "1");
+    EXPECT_EQ(rows("SELECT FAM FROM SPSTUD WHERE NOM IN (\"101\", \"102\") ORDER BY NOM"),
+              "Семёнов; Иванова");
+    EXPECT_EQ(rows("SELECT FAM FROM SPSTUD WHERE NOM BETWEEN \"104\" AND \"105\" ORDER BY NOM"),
+              "Ёлкина; Ежов");
+    EXPECT_EQ(rows("SELECT FAM FROM SPSTUD WHERE \"103\" = NOM"), "семенов");
+    EXPECT_EQ(rows("SELECT FAM FROM SPSTUD WHERE NOM = Left(\"1029\", 3)"), "Иванова");
+    for (const char* condition :
+         {"NOM = \"сто\"", "NOM = \"\"", "\"сто\" < NOM", "NOM IN (101, \"сто\")",
+          "NOM BETWEEN 101 AND \"сто\"", "ID = \"1 а\"", "NOM + 1 = \"сто\"", "POL = \"да\""}) {
+        std::string message;
+        EXPECT_EQ(faultOf(std::string("SELECT FAM FROM SPSTUD WHERE ") + condition, &message),
+                  Fault::Type)
+            << condition;
+        EXPECT_NE(message.find("несоответствие типов"), std::string::npos) << message;
+    }
+}
+
 TEST_F(Query, NullComparesWithNothing)
 {
     const Case cases[] = {

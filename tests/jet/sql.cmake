@@ -7,6 +7,7 @@ app_test(NAME jet_query_test
         change_test.cpp
         query_test.cpp
         queryfixture.cpp
+        textorder_test.cpp
         virtualtable_test.cpp
     LIBRARIES jet test_files
     LABELS jet)
