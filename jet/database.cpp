@@ -77,8 +77,7 @@ std::int64_t Database::rowCount(std::string_view table) const
 
 void Database::prepareChange()
 {
-    if (readOnly())
-        throw Error(Fault::ReadOnly, "база данных открыта только для чтения");
+    m_store->requireWritable();
     m_engine->detachReaders();
 }
 

@@ -23,7 +23,9 @@ struct Translation;
 } // namespace sql
 
 enum class OpenMode {
-    Exclusive, // read and write; no other process may have the file open
+    // Read and write; no other process may have the file open. Access 95/97 files (Jet 3)
+    // open read-only all the same, see Database::readOnly().
+    Exclusive,
     ReadOnly,
 };
 

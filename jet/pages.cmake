@@ -1,4 +1,5 @@
 add_library(jet_pages STATIC
+    storage/filekind.cpp
     storage/header.cpp
     storage/journal.cpp
     storage/maprow.cpp

@@ -1,6 +1,7 @@
 #include "jet/storage/header.h"
 
 #include "jet/error.h"
+#include "jet/storage/filekind.h"
 #include "jet/storage/rc4.h"
 #include "jet/storage/types.h"
 
@@ -73,28 +74,25 @@ std::uint32_t sidKeyOf(ByteView plain)
 
 void requireJet4(ByteView page)
 {
-    const bool ace = startsWith(page, kName, "Standard ACE DB"sv);
-    const bool jet =
-        startsWith(page, kName, "Standard Jet DB"sv) || startsWith(page, kName, "Jet System DB"sv);
-    if (!startsWith(page, 0, "\0\1\0\0"sv) || !(ace || jet))
-        throw Error(Fault::NotADatabase, "это не файл базы данных Access");
-    const std::uint8_t version = page[kVersion];
-    if (version == 0 && jet)
+    switch (kindOf(page)) {
+    case FileKind::Jet4:
+        return;
+    case FileKind::Jet3:
+        throw Error(Fault::UnsupportedVersion, "это файл Access 95/97 (Jet 3)");
+    case FileKind::Ace:
         throw Error(Fault::UnsupportedVersion,
-                    "это файл Access 95/97 (Jet 3), а нужен файл Access 2000-2003 (Jet 4); "
-                    "преобразуйте его в Access");
-    if (ace || version > 1)
-        throw Error(Fault::UnsupportedVersion, "это файл Access 2007 или новее (ACE, версия "
-                                                   + std::to_string(version)
-                                                   + "), а нужен файл Access 2000-2003 (Jet 4)");
+                    "это файл " + aceProgram(page)
+                        + " (.accdb), а нужен файл Access 2000-2003 (.mdb); сохраните его в Access "
+                          "в формате Access 2000 или 2002-2003");
+    case FileKind::Foreign:
+        throw Error(Fault::NotADatabase, "это не файл базы данных Access, а " + foreignName(page));
+    }
 }
 
 } // namespace
 
 DatabaseHeader decodeHeader(ByteView page)
 {
-    if (page.size() <= kVersion)
-        throw Error(Fault::NotADatabase, "это не файл базы данных Access");
     requireJet4(page);
     if (page.size() < kPageSize)
         throw Error(Fault::Damaged, "файл базы данных обрезан: нет и первой страницы");

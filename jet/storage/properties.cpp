@@ -1,6 +1,7 @@
 #include "jet/storage/properties.h"
 
 #include "jet/error.h"
+#include "jet/storage/jet3/codepage.h"
 #include "jet/text.h"
 
 #include <algorithm>
@@ -11,6 +12,7 @@ namespace jet {
 namespace {
 
 constexpr std::array<std::uint8_t, 4> kMagic = {0x4D, 0x52, 0x32, 0x00};
+constexpr std::array<std::uint8_t, 4> kJet3Magic = {0x4B, 0x4B, 0x44, 0x00};
 constexpr std::uint16_t kNameBlock = 0x80;
 constexpr std::uint16_t kTableBlock = 0;
 constexpr std::uint16_t kColumnBlock = 1;
@@ -37,7 +39,7 @@ public:
     std::uint8_t u8() { return take(1)[0]; }
     std::uint16_t u16() { return get16(take(2), 0); }
     std::uint32_t u32() { return get32(take(4), 0); }
-    std::string name() { return utf8FromUtf16(take(u16())); }
+    ByteView name() { return take(u16()); }
     // A part whose length field, already taken, counts `counted` bytes of itself.
     Reader part(std::size_t length, std::size_t counted)
     {
@@ -86,39 +88,59 @@ void addBlock(Bytes& out, std::uint16_t type, ByteView content)
 
 Properties::Properties(ByteView blob)
 {
+    parse(blob, kMagic, utf8FromUtf16);
+}
+
+Properties Properties::fromJet3(ByteView blob, const jet3::CodePage& codePage)
+{
+    Properties properties;
+    properties.parse(blob, kJet3Magic,
+                     [&codePage](ByteView text) { return codePage.toUtf8(text); });
+    for (Block& block : properties.m_blocks) {
+        for (Property& property : block.properties) {
+            const auto type = static_cast<FieldType>(property.type);
+            if (type == FieldType::Text || type == FieldType::Memo)
+                property.value = utf16FromUtf8(codePage.toUtf8(property.value));
+        }
+    }
+    return properties;
+}
+
+void Properties::parse(ByteView blob, ByteView magic, const NameDecoder& decode)
+{
     if (blob.empty())
         return;
     Reader reader(blob);
-    const ByteView magic = reader.take(kMagic.size());
-    if (!std::equal(kMagic.begin(), kMagic.end(), magic.begin()))
+    if (!std::ranges::equal(reader.take(magic.size()), magic))
         throw Error(Fault::Damaged, "повреждены свойства таблицы");
     while (!reader.atEnd()) {
         Reader block = reader.part(reader.u32(), 4);
         const std::uint16_t type = block.u16();
         const ByteView content = block.rest();
         if (type == kNameBlock)
-            parseNames(content);
+            parseNames(content, decode);
         else if (type == kTableBlock || type == kColumnBlock)
-            m_blocks.push_back(parseProperties(type, content));
+            m_blocks.push_back(parseProperties(type, content, decode));
         else
             m_blocks.push_back({type, {}, {}, Bytes(content.begin(), content.end())});
     }
 }
 
-void Properties::parseNames(ByteView content)
+void Properties::parseNames(ByteView content, const NameDecoder& decode)
 {
     Reader reader(content);
     while (!reader.atEnd())
-        m_names.push_back(reader.name());
+        m_names.push_back(decode(reader.name()));
 }
 
-Properties::Block Properties::parseProperties(std::uint16_t type, ByteView content)
+Properties::Block Properties::parseProperties(std::uint16_t type, ByteView content,
+                                              const NameDecoder& decode)
 {
     Reader reader(content);
     Block block;
     block.type = type;
     Reader owner = reader.part(reader.u32(), 4);
-    block.owner = owner.name();
+    block.owner = decode(owner.name());
     while (!reader.atEnd()) {
         Reader property = reader.part(reader.u16(), 2);
         const std::uint8_t ddlFlag = property.u8();

@@ -5,12 +5,17 @@
 #include "jet/value.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace jet {
+
+namespace jet3 {
+class CodePage;
+}
 
 // The properties of a table and its columns, kept in MSysObjects.LvProp.
 //
@@ -31,6 +36,9 @@ public:
     Properties() = default;
     // Throws Error (Damaged) unless the blob parses to its very end. No bytes: no properties.
     explicit Properties(ByteView blob);
+    // The blob of an Access 95/97 file, which differs in its mark 4B 4B 44 00 and in names and
+    // texts being of 8-bit characters.
+    static Properties fromJet3(ByteView blob, const jet3::CodePage& codePage);
 
     // The blob, no bytes when there is no property left.
     Bytes encode() const;
@@ -59,8 +67,11 @@ private:
         Bytes raw; // content of a block of unknown type
     };
 
-    void parseNames(ByteView content);
-    Block parseProperties(std::uint16_t type, ByteView content);
+    using NameDecoder = std::function<std::string(ByteView)>;
+
+    void parse(ByteView blob, ByteView magic, const NameDecoder& decode);
+    void parseNames(ByteView content, const NameDecoder& decode);
+    Block parseProperties(std::uint16_t type, ByteView content, const NameDecoder& decode);
     const Property* find(std::string_view column, std::string_view property) const;
     void set(std::string_view column, std::string_view property, std::uint8_t type, Bytes value);
     std::uint16_t nameNumber(std::string_view name);

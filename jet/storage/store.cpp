@@ -3,11 +3,15 @@
 #include "jet/error.h"
 #include "jet/storage/catalogue.h"
 #include "jet/storage/describe.h"
+#include "jet/storage/filekind.h"
+#include "jet/storage/jet3/convert.h"
 #include "jet/storage/newdatabase.h"
 #include "jet/storage/opentables.h"
+#include "jet/storage/recovery.h"
 #include "jet/storage/schemaeditor.h"
 #include "jet/text.h"
 
+#include <algorithm>
 #include <cassert>
 #include <unordered_map>
 
@@ -15,8 +19,9 @@ namespace jet {
 
 struct Store::Impl
 {
-    explicit Impl(std::unique_ptr<Pager> opened)
-        : pager(std::move(opened))
+    explicit Impl(std::unique_ptr<Pager> opened, std::unique_ptr<FileSystem> converted = nullptr)
+        : copy(std::move(converted))
+        , pager(std::move(opened))
         , allocator(*pager)
         , tables(*pager, allocator)
         , catalogue(*pager, tables)
@@ -82,19 +87,13 @@ struct Store::Impl
         return tables.get(entry.id, entry.name);
     }
 
-    void requireWritable() const
-    {
-        if (pager->readOnly())
-            throw Error(Fault::ReadOnly, "файл открыт только для чтения");
-        assert(pager->inTransaction());
-    }
-
     void requireNotCancelled() const
     {
         if (cancelled)
             throw Error(Fault::Unsupported, "транзакция уже отменена");
     }
 
+    std::unique_ptr<FileSystem> copy; // holds what an Access 95/97 file was read into
     std::unique_ptr<Pager> pager;
     PageAllocator allocator;
     OpenTables tables;
@@ -110,6 +109,19 @@ struct Store::Impl
     bool cancelled = false; // an inner rollback has undone the whole; depth > 0
 };
 
+namespace {
+
+// Null when the file is not of Access 95/97.
+std::unique_ptr<FileSystem> readOlderFile(FileSystem& files, const std::filesystem::path& path)
+{
+    auto file = openRecovered(files, path, true);
+    Bytes start(std::min<std::uint64_t>(file->size(), kPageSize));
+    file->read(0, start);
+    return kindOf(start) == FileKind::Jet3 ? jet3::convertInMemory(std::move(file), path) : nullptr;
+}
+
+} // namespace
+
 Store::Store(std::unique_ptr<Impl> impl)
     : m_impl(std::move(impl))
 {}
@@ -119,8 +131,21 @@ Store::~Store() = default;
 std::unique_ptr<Store> Store::open(FileSystem& files, const std::filesystem::path& path,
                                    OpenMode mode)
 {
-    auto pager = Pager::open(files, path, mode == OpenMode::ReadOnly);
-    auto store = std::unique_ptr<Store>(new Store(std::make_unique<Impl>(std::move(pager))));
+    std::unique_ptr<Pager> pager;
+    std::unique_ptr<FileSystem> copy;
+    try {
+        pager = Pager::open(files, path, mode == OpenMode::ReadOnly);
+    } catch (const Error& error) {
+        if (error.fault() != Fault::UnsupportedVersion)
+            throw;
+        const std::filesystem::path target = withoutLinks(path);
+        copy = readOlderFile(files, target);
+        if (!copy)
+            throw;
+        pager = Pager::open(*copy, target, true);
+    }
+    auto store = std::unique_ptr<Store>(
+        new Store(std::make_unique<Impl>(std::move(pager), std::move(copy))));
     store->objects(); // a file whose catalogue cannot be read is refused at once
     return store;
 }
@@ -140,6 +165,20 @@ Pager& Store::pager()
 PageAllocator& Store::allocator()
 {
     return m_impl->allocator;
+}
+
+void Store::requireWritable() const
+{
+    if (isOlderFormat())
+        throw Error(Fault::ReadOnly, "это файл Access 95/97, он открыт только для чтения; чтобы "
+                                     "изменять данные, сожмите его, и он получит нынешний формат");
+    if (m_impl->pager->readOnly())
+        throw Error(Fault::ReadOnly, "база данных открыта только для чтения");
+}
+
+bool Store::isOlderFormat() const
+{
+    return m_impl->copy != nullptr;
 }
 
 const std::vector<CatalogueObject>& Store::objects()
@@ -173,42 +212,48 @@ std::uint64_t Store::schemaVersion() const
 
 void Store::createTable(const TableDef& definition)
 {
-    m_impl->requireWritable();
+    requireWritable();
+    assert(m_impl->pager->inTransaction());
     ++m_impl->changes;
     m_impl->editor.createTable(definition);
 }
 
 void Store::dropTable(std::string_view name)
 {
-    m_impl->requireWritable();
+    requireWritable();
+    assert(m_impl->pager->inTransaction());
     ++m_impl->changes;
     m_impl->editor.dropTable(m_impl->object(name));
 }
 
 void Store::appendField(std::string_view table, const Field& field)
 {
-    m_impl->requireWritable();
+    requireWritable();
+    assert(m_impl->pager->inTransaction());
     ++m_impl->changes;
     m_impl->editor.appendField(m_impl->userTable(table), field);
 }
 
 void Store::dropField(std::string_view table, std::string_view field)
 {
-    m_impl->requireWritable();
+    requireWritable();
+    assert(m_impl->pager->inTransaction());
     ++m_impl->changes;
     m_impl->editor.dropField(m_impl->userTable(table), field);
 }
 
 void Store::createIndex(std::string_view table, const Index& index)
 {
-    m_impl->requireWritable();
+    requireWritable();
+    assert(m_impl->pager->inTransaction());
     ++m_impl->changes;
     m_impl->editor.createIndex(m_impl->userTable(table), index);
 }
 
 void Store::dropIndex(std::string_view table, std::string_view index)
 {
-    m_impl->requireWritable();
+    requireWritable();
+    assert(m_impl->pager->inTransaction());
     ++m_impl->changes;
     m_impl->editor.dropIndex(m_impl->userTable(table), index);
 }

@@ -19,6 +19,7 @@ namespace jet {
 class Store
 {
 public:
+    // An Access 95/97 file is read into memory and opens read-only in either mode.
     static std::unique_ptr<Store> open(FileSystem& files, const std::filesystem::path& path,
                                        OpenMode mode);
     static std::unique_ptr<Store> create(FileSystem& files, const std::filesystem::path& path,
@@ -27,6 +28,10 @@ public:
 
     Pager& pager();
     PageAllocator& allocator();
+    // Throws Error (ReadOnly), which says why, unless the database can be changed.
+    void requireWritable() const;
+    // The file is of Access 95/97, and what is seen here a copy in memory.
+    bool isOlderFormat() const;
 
     const std::vector<CatalogueObject>& objects(); // re-read after a change
     // Case-insensitive; null when there is no local table of that name.

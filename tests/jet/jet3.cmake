@@ -1,0 +1,5 @@
+app_test(NAME jet_jet3_test
+    SOURCES
+        jet3_test.cpp
+    LIBRARIES jet test_files test_support
+    LABELS jet)
