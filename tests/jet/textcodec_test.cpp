@@ -54,7 +54,7 @@ TEST(TextCodec, GivesBackEveryTextItEncodes)
     for (int i = 0; i < 3000; ++i) {
         std::string text;
         for (std::size_t length = random() % 40; length > 0; --length) {
-            const auto& [first, last] = kinds[random() % (i % 6 + 1)];
+            const auto& [first, last] = kinds[random() % static_cast<unsigned>(i % 6 + 1)];
             appendUtf8(text, first + static_cast<char32_t>(random()) % (last - first + 1));
         }
         if (text.starts_with("\xEF\xBB\xBF"))

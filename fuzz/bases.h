@@ -1,0 +1,26 @@
+#pragma once
+
+#include "jet/value.h"
+
+#include <cstdint>
+#include <span>
+
+namespace jet::fuzz {
+
+// A sound database file that inputs damage.
+struct Base
+{
+    Bytes pages; // page 0 as it stands in the file, the others plain
+    std::uint32_t databaseKey = 0;
+};
+
+// The file of plain pages, or the plain pages of a file: coding is its own inverse. `pages` may
+// be any bytes.
+Bytes fileOf(Bytes pages, std::uint32_t databaseKey);
+
+// Made at the first call, alike in each run but for the dates of change in the catalogue:
+// tables of all types with indexes, moved rows and long values; the same encoded; a new
+// database without tables.
+std::span<const Base> bases();
+
+} // namespace jet::fuzz

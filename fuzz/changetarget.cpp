@@ -1,0 +1,32 @@
+#include "fuzz/changes.h"
+#include "fuzz/damage.h"
+#include "fuzz/targets.h"
+#include "fuzz/walk.h"
+#include "tests/support/memoryfiles.h"
+
+namespace jet::fuzz {
+
+namespace {
+
+constexpr int kSteps = 20000;
+
+} // namespace
+
+void changeDamagedFile(ByteView bytes)
+{
+    const StepLimit limit(kSteps);
+    Input input(bytes);
+    const Damage damage = readDamage(input);
+    test::MemoryFiles files;
+    files.setContent(kFile, damagedFile(damage, input));
+    attempt([&] { Changes(files).run(input); });
+    attempt([&] {
+        const auto database = Database::open(files, kFile, OpenMode::ReadOnly);
+        readEverything(*database);
+    });
+    check(files);
+    if (damage.patches.empty() && !damage.isRaw())
+        requireSound(files);
+}
+
+} // namespace jet::fuzz

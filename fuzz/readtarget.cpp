@@ -1,0 +1,31 @@
+#include "fuzz/damage.h"
+#include "fuzz/targets.h"
+#include "fuzz/walk.h"
+#include "jet/database.h"
+#include "tests/support/memoryfiles.h"
+
+namespace jet::fuzz {
+
+namespace {
+
+constexpr int kSteps = 20000;
+
+} // namespace
+
+void readDamagedFile(ByteView bytes)
+{
+    const StepLimit limit(kSteps);
+    Input input(bytes);
+    const Damage damage = readDamage(input);
+    test::MemoryFiles files;
+    files.setContent(kFile, damagedFile(damage, input));
+    attempt([&] {
+        const auto database = Database::open(files, kFile, OpenMode::ReadOnly);
+        readEverything(*database);
+    });
+    check(files);
+    if (damage.patches.empty() && !damage.isRaw())
+        requireSound(files);
+}
+
+} // namespace jet::fuzz
