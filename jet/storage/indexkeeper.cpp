@@ -2,6 +2,7 @@
 
 #include "jet/error.h"
 #include "jet/storage/indexkey.h"
+#include "jet/storage/indexpage.h"
 
 #include <algorithm>
 
@@ -125,6 +126,14 @@ void IndexKeeper::throwDuplicate(std::size_t index) const
                 m_table);
 }
 
+void IndexKeeper::requireRoom(std::size_t index, ByteView key) const
+{
+    if (key.size() + kRowPointerBytes > kLargestEntry)
+        throw Error(Fault::Limit,
+                    "значения слишком длинны для индекса " + inQuotes(m_indexes[index].name),
+                    m_table);
+}
+
 void IndexKeeper::requireValues(std::size_t i, std::span<const Value> row) const
 {
     const Index& index = m_indexes[i];
@@ -157,6 +166,7 @@ std::vector<IndexChange> IndexKeeper::plan(std::span<const Value> before,
         if (change.oldKey == change.newKey)
             continue;
         if (change.newKey) {
+            requireRoom(i, *change.newKey);
             change.isNewKey = !m_indexes[i].tree.containsKey(*change.newKey);
             if (!change.isNewKey && mustBeUnique(i, after))
                 throwDuplicate(i);

@@ -41,7 +41,7 @@ public:
     }
 
     // The changes that replacing `before` by `after` needs; an empty span stands for no row.
-    // Nothing is written. Throws Error: Duplicate, NullValue, Unsupported.
+    // Nothing is written. Throws Error: Duplicate, NullValue, Unsupported, Limit.
     std::vector<IndexChange> plan(std::span<const Value> before, std::span<const Value> after);
     // Writes planned changes and the statistics in the definition page.
     void apply(const std::vector<IndexChange>& changes, RowPointer row, Definition& definition);
@@ -71,6 +71,7 @@ private:
         std::string name; // of a logical index that uses it
     };
     bool allNull(const Index& index, std::span<const Value> row) const;
+    void requireRoom(std::size_t index, ByteView key) const;
     void eraseEntry(std::size_t index, ByteView key, RowPointer row);
 
     Pager& m_pager;
