@@ -2,6 +2,7 @@ add_library(jet_pages STATIC
     storage/filekind.cpp
     storage/header.cpp
     storage/journal.cpp
+    storage/journalstate.cpp
     storage/maprow.cpp
     storage/pageallocator.cpp
     storage/pagecache.cpp

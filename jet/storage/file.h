@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 
 namespace jet {
@@ -20,6 +21,8 @@ public:
     virtual void truncate(std::uint64_t size) = 0;
     // Returns only when all that was written is on the medium.
     virtual void sync() = 0;
+    // False when the file was deleted or moved away while it was open.
+    virtual bool isInPlace() const { return true; }
 };
 
 enum class FileMode {
@@ -38,6 +41,14 @@ public:
     virtual bool exists(const std::filesystem::path& path) const = 0;
     // Removes the file if it exists and makes the removal durable.
     virtual void remove(const std::filesystem::path& path) = 0;
+    // Gives the file another name in the same folder and makes that durable. Error (Exists)
+    // when the new name is taken.
+    virtual void rename(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+    // Puts the file `from` in the place of `to`, at once, and makes that durable. It gets the
+    // permissions of `to`, and its owner if the system allows that. `release` closes the
+    // caller's own handle of `to`, as late as the system can bear.
+    virtual void replace(const std::filesystem::path& from, const std::filesystem::path& to,
+                         const std::function<void()>& release) = 0;
     // Makes the creation of a file in `directory` durable.
     virtual void syncDirectory(const std::filesystem::path& directory) = 0;
 

@@ -3,99 +3,54 @@
 #include "jet/error.h"
 
 #include <algorithm>
-#include <array>
 #include <cassert>
 
 namespace jet {
 
 namespace {
 
-constexpr std::array<std::uint8_t, 8> kMagic = {'J', 'E', 'T', 'R', 'O', 'L', 'L', '1'};
-constexpr std::size_t kHeaderSize = 32;
-constexpr std::size_t kSector = 512;
-constexpr std::size_t kSums = kPageSize / kSector;
-constexpr std::size_t kSumsOffset = 8;
-constexpr std::size_t kImageOffset = kSumsOffset + 8 * kSums;
-constexpr std::size_t kEntrySize = kImageOffset + kPageSize;
+using namespace journal;
+
+constexpr std::array<std::uint8_t, 8> kMagic = {'J', 'E', 'T', 'R', 'O', 'L', 'L', '2'};
 constexpr std::size_t kTrailerSize = 8;
 constexpr std::size_t kBufferSize = std::size_t{1} << 20;
+constexpr std::size_t kSumsSize = 8 * kSectors;
 
-// FNV-1a with 64 bits.
-constexpr std::uint64_t kSumStart = 0xCBF29CE484222325;
-std::uint64_t sum(ByteView bytes, std::uint64_t start = kSumStart)
+// Sums at the beginning of the bytes.
+SectorSums sumsIn(ByteView bytes)
 {
-    for (const std::uint8_t byte : bytes)
-        start = (start ^ byte) * 0x100000001B3;
-    return start;
+    SectorSums sums;
+    for (std::size_t i = 0; i < kSectors; ++i)
+        sums[i] = get64(bytes, 8 * i);
+    return sums;
 }
 
-struct JournalHeader
+void putSums(ByteSpan bytes, ByteView page)
 {
-    std::uint64_t lengthBefore = 0;
-    std::uint64_t lengthAfter = 0;
-    std::uint32_t pages = 0;
-};
-
-std::uint64_t entryAt(std::uint32_t index)
-{
-    return kHeaderSize + std::uint64_t{kEntrySize} * index;
+    for (std::size_t i = 0; i < kSectors; ++i)
+        put64(bytes, 8 * i, sum(page.subspan(i * kSector, kSector)));
 }
 
-// The header of a complete journal; false when it is cut short or its checksum is wrong.
-bool readComplete(const File& journal, JournalHeader& header)
+Bytes readPadded(const File& file, std::uint64_t at, std::size_t length)
 {
-    const std::uint64_t size = journal.size();
-    if (size < kHeaderSize + kTrailerSize)
-        return false;
-    Bytes buffer(kHeaderSize);
-    journal.read(0, buffer);
-    if (!std::equal(kMagic.begin(), kMagic.end(), buffer.begin()))
-        return false;
-    header = {get64(buffer, 8), get64(buffer, 16), get32(buffer, 24)};
-    if (size != entryAt(header.pages) + kTrailerSize)
-        return false;
-    std::uint64_t checksum = sum(buffer);
-    buffer.resize(kEntrySize);
-    for (std::uint32_t i = 0; i < header.pages; ++i) {
-        journal.read(entryAt(i), buffer);
-        checksum = sum(buffer, checksum);
+    Bytes bytes(length, 0);
+    const std::uint64_t size = file.size();
+    if (at < size)
+        file.read(at, ByteSpan(bytes).first(std::min<std::uint64_t>(length, size - at)));
+    return bytes;
+}
+
+std::unique_ptr<File> createJournal(FileSystem& files, const std::filesystem::path& path)
+{
+    try {
+        return files.open(path, FileMode::Create);
+    } catch (const Error& error) {
+        throw Error(
+            error.fault(),
+            "изменения не записаны, файл прежний: рядом с ним нельзя создать журнал отката, "
+            "без которого запись небезопасна: "
+                + std::string(error.what()));
     }
-    buffer.resize(kTrailerSize);
-    journal.read(entryAt(header.pages), buffer);
-    return get64(buffer, 0) == checksum;
-}
-
-// Every sector of the page in the file is the old or the new one.
-bool fits(ByteView entry, ByteView page)
-{
-    const ByteView old = entry.subspan(kImageOffset);
-    for (std::size_t i = 0; i < kSums; ++i) {
-        const ByteView sector = page.subspan(i * kSector, kSector);
-        const ByteView oldSector = old.subspan(i * kSector, kSector);
-        if (!std::equal(sector.begin(), sector.end(), oldSector.begin())
-            && sum(sector) != get64(entry, kSumsOffset + 8 * i))
-            return false;
-    }
-    return true;
-}
-
-bool isOf(const File& journal, const JournalHeader& header, const File& file)
-{
-    const std::uint64_t length = file.size();
-    if (length < header.lengthBefore || length > header.lengthAfter)
-        return false;
-    Bytes entry(kEntrySize);
-    Bytes page(kPageSize);
-    for (std::uint32_t i = 0; i < header.pages; ++i) {
-        journal.read(entryAt(i), entry);
-        const std::uint64_t at = std::uint64_t{get32(entry, 0)} * kPageSize;
-        if (at + kPageSize > header.lengthBefore)
-            return false;
-        file.read(at, page);
-        if (!fits(entry, page))
-            return false;
-    }
-    return true;
 }
 
 } // namespace
@@ -107,32 +62,110 @@ std::filesystem::path journalPath(const std::filesystem::path& database)
     return path;
 }
 
+std::uint64_t journal::entryAt(std::uint64_t index)
+{
+    return kHeaderSize + kEntrySize * index;
+}
+
+std::uint64_t journal::sum(ByteView bytes, std::uint64_t start)
+{
+    for (const std::uint8_t byte : bytes)
+        start = (start ^ byte) * 0x100000001B3;
+    return start;
+}
+
+std::uint64_t journal::journalSize(const Header& header)
+{
+    return entryAt(header.changed) + kSumsSize * header.added() + kTrailerSize;
+}
+
+Mark journal::readMark(const File& file)
+{
+    const Bytes mark = readPadded(file, 0, kMagic.size());
+    if (std::equal(mark.begin(), mark.end(), kMagic.begin()))
+        return Mark::Ours;
+    return get64(mark, 0) == 0 ? Mark::Blank : Mark::Other;
+}
+
+Header journal::readHeader(const File& file)
+{
+    const Bytes buffer = readPadded(file, 0, kHeaderSize);
+    return {get64(buffer, 8), get64(buffer, 16), get32(buffer, 24)};
+}
+
+bool journal::readComplete(const File& file, Header& header)
+{
+    const std::uint64_t size = file.size();
+    if (size < kHeaderSize + kTrailerSize || readMark(file) != Mark::Ours)
+        return false;
+    header = readHeader(file);
+    if (header.lengthAfter < header.lengthBefore || size != journalSize(header))
+        return false;
+    Bytes buffer;
+    std::uint64_t checksum = kSumStart;
+    for (std::uint64_t at = 0; at < size - kTrailerSize; at += buffer.size()) {
+        buffer.resize(std::min<std::uint64_t>(kBufferSize, size - kTrailerSize - at));
+        file.read(at, buffer);
+        checksum = sum(buffer, checksum);
+    }
+    buffer.resize(kTrailerSize);
+    file.read(size - kTrailerSize, buffer);
+    return get64(buffer, 0) == checksum;
+}
+
+Entry journal::readEntry(const File& file, std::uint64_t index)
+{
+    const Bytes buffer = readPadded(file, entryAt(index), kEntrySize);
+    Entry entry;
+    entry.number = get32(buffer, 0);
+    entry.numbered = get32(buffer, 4) == ~entry.number;
+    entry.blank = get64(buffer, 0) == 0;
+    entry.after = sumsIn(ByteView(buffer).subspan(8));
+    std::copy_n(buffer.begin() + kImageOffset, kPageSize, entry.before.begin());
+    return entry;
+}
+
+SectorSums journal::readAdded(const File& file, const Header& header, std::uint64_t index)
+{
+    std::array<std::uint8_t, kSumsSize> buffer;
+    file.read(entryAt(header.changed) + kSumsSize * index, buffer);
+    return sumsIn(buffer);
+}
+
 JournalWriter::JournalWriter(FileSystem& files, const std::filesystem::path& database,
                              std::uint64_t lengthBefore, std::uint64_t lengthAfter,
-                             std::uint32_t pages)
+                             std::uint32_t changed)
     : m_files(files)
     , m_path(journalPath(database))
-    , m_file(files.open(m_path, FileMode::Create))
+    , m_file(createJournal(files, m_path))
     , m_checksum(kSumStart)
 {
-    m_buffer.reserve(std::min<std::size_t>(entryAt(pages) + kTrailerSize, kBufferSize));
+    m_buffer.reserve(std::min<std::size_t>(entryAt(changed) + kTrailerSize, kBufferSize));
     Bytes header(kHeaderSize, 0);
     std::copy(kMagic.begin(), kMagic.end(), header.begin());
     put64(header, 8, lengthBefore);
     put64(header, 16, lengthAfter);
-    put32(header, 24, pages);
+    put32(header, 24, changed);
     put(header);
 }
 
-void JournalWriter::add(PageNumber number, ByteView before, ByteView after)
+void JournalWriter::addChanged(PageNumber number, ByteView before, ByteView after)
 {
     assert(before.size() == kPageSize && after.size() == kPageSize);
     std::array<std::uint8_t, kImageOffset> head{};
     put32(head, 0, number);
-    for (std::size_t i = 0; i < kSums; ++i)
-        put64(head, kSumsOffset + 8 * i, sum(after.subspan(i * kSector, kSector)));
+    put32(head, 4, ~number);
+    putSums(ByteSpan(head).subspan(8), after);
     put(head);
     put(before);
+}
+
+void JournalWriter::addNew(ByteView after)
+{
+    assert(after.size() == kPageSize);
+    std::array<std::uint8_t, kSumsSize> sums{};
+    putSums(sums, after);
+    put(sums);
 }
 
 void JournalWriter::finish()
@@ -158,39 +191,6 @@ void JournalWriter::flush()
     m_file->write(m_written, m_buffer);
     m_written += m_buffer.size();
     m_buffer.clear();
-}
-
-JournalState inspectJournal(FileSystem& files, const std::filesystem::path& database,
-                            const File& file)
-{
-    const std::filesystem::path path = journalPath(database);
-    if (!files.exists(path))
-        return JournalState::None;
-    const std::unique_ptr<File> journal = files.open(path, FileMode::ReadOnly);
-    JournalHeader header;
-    if (!readComplete(*journal, header))
-        return JournalState::Incomplete;
-    return isOf(*journal, header, file) ? JournalState::Hot : JournalState::Foreign;
-}
-
-void rollBackJournal(FileSystem& files, const std::filesystem::path& database, File& file)
-{
-    const std::filesystem::path path = journalPath(database);
-    {
-        const std::unique_ptr<File> journal = files.open(path, FileMode::ReadOnly);
-        JournalHeader header;
-        if (!readComplete(*journal, header))
-            throw Error(Fault::Damaged, "журнал отката повреждён");
-        Bytes entry(kEntrySize);
-        for (std::uint32_t i = 0; i < header.pages; ++i) {
-            journal->read(entryAt(i), entry);
-            file.write(std::uint64_t{get32(entry, 0)} * kPageSize,
-                       ByteView(entry).subspan(kImageOffset));
-        }
-        file.truncate(header.lengthBefore);
-        file.sync();
-    }
-    files.remove(path);
 }
 
 } // namespace jet

@@ -66,6 +66,13 @@ struct Pager::Impl
         assert(inTransaction);
     }
 
+    void requireInPlace() const
+    {
+        if (!file->isInPlace())
+            throw Error(Fault::NotFound, "изменения не записаны: файл «" + path.string()
+                                             + "» удалён или перемещён, пока был открыт");
+    }
+
     void code(PageNumber number, ByteSpan bytes) const
     {
         if (header.databaseKey != 0 && number != 0)
@@ -148,7 +155,7 @@ struct Pager::Impl
     void writeJournal()
     {
         if (files.exists(journalPath(path)))
-            files.remove(journalPath(path)); // a stranger's, or one that could not be removed
+            files.remove(journalPath(path)); // of a failed commit, when it could not be removed
         JournalWriter journal(files, path, offsetOf(countBefore), offsetOf(cache.pageCount()),
                               static_cast<std::uint32_t>(originals.size()));
         for (const SavedPage& page : originals) {
@@ -156,7 +163,12 @@ struct Pager::Impl
             Image after = cache.find(page.number)->bytes;
             code(page.number, before);
             code(page.number, after);
-            journal.add(page.number, before, after);
+            journal.addChanged(page.number, before, after);
+        }
+        for (PageNumber number = countBefore; number < cache.pageCount(); ++number) {
+            Image after = cache.find(number)->bytes;
+            code(number, after);
+            journal.addNew(after);
         }
         journal.finish();
     }
@@ -262,6 +274,7 @@ std::unique_ptr<Pager> Pager::create(FileSystem& files, const std::filesystem::p
     const auto pages = static_cast<PageNumber>(plainImage.size() / kPageSize);
     impl->file = files.open(path, FileMode::Create);
     try {
+        setJournalAside(files, path); // of a file that had this name before
         // Page 0 comes last: without it a half-made file is no database.
         for (PageNumber number = pages; number-- > 0;) {
             Image image;
@@ -356,6 +369,7 @@ void Pager::commit()
         return;
     }
     try {
+        impl.requireInPlace();
         impl.writeJournal();
     } catch (...) {
         impl.removeJournalIfPossible();

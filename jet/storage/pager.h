@@ -101,7 +101,8 @@ public:
     void beginTransaction();
     bool inTransaction() const;
     // Journal, sync, pages, sync, journal removed. On failure everything is rolled back and
-    // the Error is passed on.
+    // the Error is passed on. Where the disk fails rolling back, too, the pager refuses all
+    // further work and the next opening finds all of the transaction or nothing.
     void commit();
     void rollback();
 

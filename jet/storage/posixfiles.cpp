@@ -76,6 +76,7 @@ class PosixFile final : public File
 public:
     PosixFile(int descriptor, std::filesystem::path path)
         : m_descriptor(descriptor)
+        , m_names(namesOf(descriptor))
         , m_path(std::move(path))
     {}
     PosixFile(const PosixFile&) = delete;
@@ -141,8 +142,26 @@ public:
             fail(errno, "не удалось сохранить на диск файл", m_path);
     }
 
+    // Inode numbers are not compared: on network file systems they may change under an open
+    // file. A count of names that is 0 from the beginning is a file system that has none.
+    bool isInPlace() const override
+    {
+        struct stat named = {};
+        if (::stat(m_path.c_str(), &named) != 0 && errno == ENOENT)
+            return false;
+        struct stat open = {};
+        return ::fstat(m_descriptor, &open) != 0 || open.st_nlink > 0 || m_names == 0;
+    }
+
 private:
+    static nlink_t namesOf(int descriptor)
+    {
+        struct stat info = {};
+        return ::fstat(descriptor, &info) == 0 ? info.st_nlink : 0;
+    }
+
     int m_descriptor;
+    nlink_t m_names; // when it was opened
     std::filesystem::path m_path;
 };
 
@@ -198,6 +217,32 @@ public:
             fail(errno, "не удалось удалить файл", path);
         }
         syncDirectory(path.parent_path());
+    }
+
+    void rename(const std::filesystem::path& from, const std::filesystem::path& to) override
+    {
+        if (exists(to))
+            throw Error(Fault::Exists, "файл " + quoted(to) + " уже существует");
+        if (::rename(from.c_str(), to.c_str()) != 0)
+            fail(errno, "не удалось переименовать файл", from);
+        syncDirectory(to.parent_path());
+    }
+
+    void replace(const std::filesystem::path& from, const std::filesystem::path& to,
+                 const std::function<void()>& release) override
+    {
+        struct stat info = {};
+        if (::stat(to.c_str(), &info) != 0)
+            failOpen(errno, to);
+        if (::chown(from.c_str(), info.st_uid, info.st_gid) != 0) {
+            // Only the system's administrator may give files away; then it is the user's own.
+        }
+        if (::chmod(from.c_str(), info.st_mode & 07777) != 0)
+            fail(errno, "не удалось задать права доступа к файлу", from);
+        if (::rename(from.c_str(), to.c_str()) != 0)
+            fail(errno, "не удалось заменить файл", to);
+        release();
+        syncDirectory(to.parent_path());
     }
 
     void syncDirectory(const std::filesystem::path& directory) override

