@@ -1,7 +1,9 @@
 #include "jet/database.h"
 #include "jet/error.h"
+#include "jet/sql/defaultvalue.h"
 #include "jet/storage/store.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace jet {
@@ -25,7 +27,25 @@ void Appender::findColumns()
         m_positions.push_back(position);
     }
     m_row.assign(definition.columns.size(), Value());
+    findDefaults();
     m_schemaVersion = m_database.m_store->schemaVersion();
+}
+
+void Appender::findDefaults()
+{
+    m_defaultPositions.clear();
+    m_defaults.clear();
+    const Definition& definition = m_database.m_store->table(m_table).definition();
+    for (const Field& field : m_database.tableDef(m_table).fields) {
+        const int position = definition.columnPosition(field.name);
+        if (field.defaultValue.empty() || (field.attributes & attribute::kAutoIncrement) != 0
+            || std::ranges::find(m_positions, position) != m_positions.end())
+            continue;
+        m_defaultPositions.push_back(position);
+        m_defaults += (m_defaults.empty() ? "SELECT " : ", ")
+                      + sql::defaultExpression(field.defaultValue) + " AS D"
+                      + std::to_string(position);
+    }
 }
 
 std::int64_t Appender::append(std::span<const Value> values)
@@ -36,6 +56,11 @@ std::int64_t Appender::append(std::span<const Value> values)
         findColumns();
     for (std::size_t i = 0; i < values.size(); ++i)
         m_row[static_cast<std::size_t>(m_positions[i])] = values[i];
+    if (!m_defaults.empty()) { // a default may be the time of day
+        const std::vector<Value> defaults = m_database.rows(m_defaults).at(0);
+        for (std::size_t i = 0; i < defaults.size(); ++i)
+            m_row[static_cast<std::size_t>(m_defaultPositions[i])] = defaults[i];
+    }
     StatementScope scope(*m_database.m_store);
     Table& table = m_database.m_store->table(m_table);
     table.insert(m_row);

@@ -83,7 +83,8 @@ public:
     // Rows that a SELECT gives; 0 when empty.
     std::int64_t count(std::string_view sql);
 
-    // Adds one row; columns not named become NULL (Boolean False, counters the next number).
+    // Adds one row; columns not named take their default value, else NULL (Boolean False,
+    // counters the next number).
     // Gives the counter value of the new row, 0 when the table has no counter.
     std::int64_t insert(std::string_view table,
                         std::span<const std::pair<std::string, Value>> values);
@@ -115,12 +116,15 @@ public:
 
 private:
     void findColumns();
+    void findDefaults();
 
     Database& m_database;
     std::string m_table;
     std::vector<std::string> m_columns;
-    std::uint64_t m_schemaVersion = 0; // when the positions were looked up
-    std::vector<int> m_positions;      // of each given column in the table definition
+    std::uint64_t m_schemaVersion = 0;   // when the positions were looked up
+    std::vector<int> m_positions;        // of each given column in the table definition
+    std::vector<int> m_defaultPositions; // of columns not given that have a default value
+    std::string m_defaults;              // a SELECT of those values
     std::vector<Value> m_row;
 };
 

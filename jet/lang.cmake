@@ -1,6 +1,7 @@
 add_library(jet_lang STATIC
     sql/columntypes.cpp
     sql/dateliteral.cpp
+    sql/defaultvalue.cpp
     sql/fragment.cpp
     sql/functionnames.cpp
     sql/lexer.cpp

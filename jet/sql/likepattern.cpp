@@ -2,26 +2,34 @@
 #include "jet/error.h"
 #include "jet/sql/functions.h"
 #include "jet/storage/sortkey.h"
+#include "jet/storage/sortkeytable.h"
 #include "jet/text.h"
 
 namespace jet::sql {
 
 namespace {
 
+// In the General order. Characters that it passes over altogether equal only themselves.
 int compareCharacters(char32_t a, char32_t b)
 {
     if (a == b)
         return 0;
-    if (a < 0x80 && b < 0x80) {
-        const char32_t x = foldCase(a);
-        const char32_t y = foldCase(b);
-        return x < y ? -1 : x > y ? 1 : 0;
-    }
     std::string left;
     std::string right;
     appendUtf8(left, a);
     appendUtf8(right, b);
-    return compareGeneral(left, right);
+    if (const int order = compareGeneral(left, right); order != 0)
+        return order;
+    const bool ignored = charCode(a).kind == CharKind::Ignored || a == ' ' || b == ' ';
+    return !ignored || foldCase(a) == foldCase(b) ? 0 : foldCase(a) < foldCase(b) ? -1 : 1;
+}
+
+// The same as compareCharacters() == 0, without building texts for ASCII.
+bool isSameCharacter(char32_t a, char32_t b)
+{
+    if (a < 0x80 && b < 0x80)
+        return foldCase(a) == foldCase(b);
+    return compareCharacters(a, b) == 0;
 }
 
 // One element of a pattern: a character, `?`, `#` or a bracket list. Moves `at` behind it.
@@ -47,7 +55,7 @@ public:
             return true;
         if (m_character == '#')
             return c >= '0' && c <= '9';
-        return compareCharacters(c, m_character) == 0;
+        return isSameCharacter(c, m_character);
     }
     // "[]" stands for no character at all.
     bool isEmpty() const { return m_list && !m_negated && m_body.empty(); }
@@ -80,7 +88,8 @@ private:
                 ++at;
                 high = nextCodePoint(m_body, at);
             }
-            if (compareCharacters(c, low) >= 0 && compareCharacters(c, high) <= 0)
+            if (high == low ? isSameCharacter(c, low)
+                            : compareCharacters(c, low) >= 0 && compareCharacters(c, high) <= 0)
                 return true;
         }
         return false;

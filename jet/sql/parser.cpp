@@ -39,6 +39,13 @@ Query Parser::wholeQuery()
     return result;
 }
 
+ExpressionPtr Parser::wholeExpression()
+{
+    ExpressionPtr result = expression();
+    expectEnd();
+    return result;
+}
+
 void Parser::expectEnd()
 {
     m_tokens.acceptSymbol(";");

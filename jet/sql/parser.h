@@ -18,6 +18,8 @@ public:
     Statement statement();
     // The whole text as a SELECT.
     Query wholeQuery();
+    // The whole text as an expression.
+    ExpressionPtr wholeExpression();
 
 private:
     class Nested;

@@ -15,7 +15,7 @@ const StoreSchema::Known* StoreSchema::find(std::string_view table)
     Known known{definition.name, {}};
     for (const Field& field : definition.fields) {
         const bool counter = (field.attributes & attribute::kAutoIncrement) != 0;
-        known.columns.push_back({field.name, field.type, counter});
+        known.columns.push_back({field.name, field.type, counter, field.defaultValue});
     }
     return &m_tables.emplace(std::move(key), std::move(known)).first->second;
 }

@@ -2,9 +2,12 @@
 #include "jet/sql/translator.h"
 
 #include "jet/error.h"
+#include "jet/sql/defaultvalue.h"
+#include "jet/sql/parser.h"
 #include "jet/text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace jet::sql {
 
@@ -105,11 +108,11 @@ Translation Translator::insert(const Insert& insert)
     const std::vector<SchemaColumn>& fields = columns(insert.table);
     result.table = canonicalName(insert.table);
     std::vector<std::string> targets, values;
-    std::string source;
+    std::string query;
     if (insert.query) {
-        const QueryText query = queryText(*insert.query, nullptr);
-        targets = insertColumns(insert, &query.columns);
-        source = query.sql;
+        QueryText text = queryText(*insert.query, nullptr);
+        targets = insertColumns(insert, &text.columns);
+        query = std::move(text.sql);
     } else {
         Scope scope;
         for (const ExpressionPtr& each : insert.values)
@@ -117,14 +120,36 @@ Translation Translator::insert(const Insert& insert)
         targets = insertColumns(insert, nullptr);
         if (targets.size() != values.size())
             throw Error(Fault::Syntax, "число значений в INSERT не равно числу полей");
-        source = "VALUES (" + list(values) + ')';
     }
     for (std::string& target : targets)
         target = quotedName(requireColumn(fields, result.table, target).name);
-    result.sqlite =
-        "INSERT INTO " + quotedName(result.table) + " (" + list(targets) + ") " + source;
+    const std::size_t given = targets.size();
+    for (const SchemaColumn& column : fields) {
+        std::string name = quotedName(column.name);
+        if (column.defaultValue.empty() || column.counter
+            || std::ranges::find(targets, name) != targets.end())
+            continue;
+        targets.push_back(std::move(name));
+        values.push_back(defaultText(column));
+    }
+    if (!insert.query)
+        query = "VALUES (" + list(values) + ')';
+    else if (given < targets.size())
+        query = "SELECT *, " + list(values) + " FROM (" + query + ')';
+    result.sqlite = "INSERT INTO " + quotedName(result.table) + " (" + list(targets) + ") " + query;
     result.tables = m_tables;
     return result;
+}
+
+std::string Translator::defaultText(const SchemaColumn& column)
+{
+    try {
+        Scope scope;
+        return value(*Parser(defaultExpression(column.defaultValue)).wholeExpression(), scope).sql;
+    } catch (const Error& error) {
+        throw Error(error.fault(), "значение по умолчанию поля «" + column.name
+                                       + "» не вычислить: " + error.what());
+    }
 }
 
 // A query without a list of columns gives them by their names, values by their places.

@@ -15,6 +15,7 @@ struct SchemaColumn
     std::string name;
     FieldType type = FieldType::Long;
     bool counter = false;
+    std::string defaultValue = {}; // as stored, "" if none
 };
 
 // What the translator asks about the tables of a database. Names compare without case.

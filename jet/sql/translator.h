@@ -86,6 +86,7 @@ private:
     std::string assignments(const Update& update, const ScopeSource& target, Scope& scope);
     std::vector<std::string> insertColumns(const Insert& insert,
                                            const std::vector<ResultColumn>* given);
+    std::string defaultText(const SchemaColumn& column);
 
     SchemaLookup& m_schema;
     std::vector<std::string> m_tables; // canonical names met so far

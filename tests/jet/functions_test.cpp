@@ -293,6 +293,31 @@ TEST_F(Functions, LikeKnowsJetsWildcards)
         {"aaaaaaaaaaaaaaaaaaaab", "*a*a*a*a*a*c", false},
         {"50%", "50%", true},
         {"500", "50_", false},
+        // Ranges and equality follow the General order: signs, digits, letters.
+        {"Ё", "[е-ж]", true},
+        {"ё", "[а-е]", false},
+        {"ж", "[ё-ж]", true},
+        {"е", "[ё-ж]", false},
+        {"Й", "[и-к]", true},
+        {"É", "[a-f]", true},
+        {"é", "É", true},
+        {"_", "[0-я]", false},
+        {"_", "[!0-я]", true},
+        {"-", "[#-/]", false},
+        {"5", "[ -z]", true},
+        {"Ә", "Ө", false}, // neither has a place of its own
+        {"Ә", "Ә", true},
+        {" ", "Ѐ", false},
+        {"x", "[Я-а]", false},
+        {"[", "[[]", true},
+        {"]", "]", true},
+        {"?", "[?]", true},
+        {"a", "[?]", false},
+        {"#", "[#]", true},
+        {"5", "[#]", false},
+        {"!", "[a!]", true},
+        {"Петрова-Водкина", "*-в*", true},
+        {"Петрова", "петрова ", false},
     };
     for (const auto& c : cases)
         EXPECT_EQ(matchesPattern(c.text, c.pattern), c.matches) << c.text << " LIKE " << c.pattern;

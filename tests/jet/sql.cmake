@@ -5,6 +5,7 @@ app_test(NAME jet_functions_test
 app_test(NAME jet_query_test
     SOURCES
         change_test.cpp
+        defaults_test.cpp
         query_test.cpp
         queryfixture.cpp
         textorder_test.cpp
