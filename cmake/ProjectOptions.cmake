@@ -10,6 +10,11 @@ if(CCACHE_PROGRAM)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
 endif()
 
+find_program(LLD_PROGRAM ld.lld)
+if(LLD_PROGRAM AND NOT MSVC)
+    add_link_options(-fuse-ld=lld) # a quarter of the usual linker's time
+endif()
+
 set(JURNAL_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
 
 add_library(project_options INTERFACE)
