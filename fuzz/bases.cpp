@@ -1,6 +1,8 @@
 #include "fuzz/bases.h"
 
+#include "fuzz/jet3base.h"
 #include "jet/database.h"
+#include "jet/storage/jet3/pages.h"
 #include "jet/storage/newdatabase.h"
 #include "jet/storage/pager.h"
 #include "jet/storage/rc4.h"
@@ -105,7 +107,7 @@ Base emptyBase()
 {
     test::MemoryFiles files;
     createEmpty(files, 0);
-    return {files.content(kPath), 0};
+    return {files.content(kPath)};
 }
 
 Base filledBase(std::uint32_t databaseKey)
@@ -123,22 +125,28 @@ Base filledBase(std::uint32_t databaseKey)
     return {fileOf(files.content(kPath), databaseKey), databaseKey};
 }
 
+Base jet3Base(std::uint32_t databaseKey)
+{
+    return {jet3File(databaseKey), databaseKey, jet3::kPageSize};
+}
+
 } // namespace
 
-Bytes fileOf(Bytes pages, std::uint32_t databaseKey)
+Bytes fileOf(Bytes pages, std::uint32_t databaseKey, std::size_t pageSize)
 {
     if (databaseKey == 0)
         return pages;
     const ByteSpan all(pages);
-    for (std::size_t at = kPageSize; at < all.size(); at += kPageSize)
-        applyRc4(databaseKey ^ static_cast<PageNumber>(at / kPageSize),
-                 all.subspan(at, std::min(kPageSize, all.size() - at)));
+    for (std::size_t at = pageSize; at < all.size(); at += pageSize)
+        applyRc4(databaseKey ^ static_cast<PageNumber>(at / pageSize),
+                 all.subspan(at, std::min(pageSize, all.size() - at)));
     return pages;
 }
 
 std::span<const Base> bases()
 {
-    static const std::vector<Base> made = {filledBase(0), filledBase(kKey), emptyBase()};
+    static const std::vector<Base> made = {filledBase(0), filledBase(kKey), emptyBase(),
+                                           jet3Base(0), jet3Base(kKey)};
     return made;
 }
 

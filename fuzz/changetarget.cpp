@@ -20,13 +20,7 @@ void changeDamagedFile(ByteView bytes)
     test::MemoryFiles files;
     files.setContent(kFile, damagedFile(damage, input));
     attempt([&] { Changes(files).run(input); });
-    attempt([&] {
-        const auto database = Database::open(files, kFile, OpenMode::ReadOnly);
-        readEverything(*database);
-    });
-    check(files);
-    if (damage.patches.empty() && !damage.isRaw())
-        requireSound(files);
+    reopen(files, damage.patches.empty() && !damage.isRaw());
 }
 
 } // namespace jet::fuzz

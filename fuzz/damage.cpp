@@ -47,18 +47,18 @@ void add16(Bytes& out, std::uint16_t number)
     out.push_back(static_cast<std::uint8_t>(number >> 8));
 }
 
-void apply(const Patch& patch, Bytes& pages)
+void apply(const Patch& patch, Bytes& pages, std::size_t pageSize)
 {
     if (patch.kind == Patch::Kind::Resize) {
-        pages.resize(std::min<std::size_t>(patch.page, kMaxPages) * kPageSize
-                     + patch.offset % kPageSize);
+        pages.resize(std::min<std::size_t>(patch.page, kMaxPages) * pageSize
+                     + patch.offset % pageSize);
         return;
     }
-    const std::size_t count = pages.size() / kPageSize;
+    const std::size_t count = pages.size() / pageSize;
     if (count == 0)
         return;
-    const ByteSpan page = ByteSpan(pages).subspan(patch.page % count * kPageSize, kPageSize);
-    const ByteSpan place = page.subspan(patch.offset % kPageSize);
+    const ByteSpan page = ByteSpan(pages).subspan(patch.page % count * pageSize, pageSize);
+    const ByteSpan place = page.subspan(patch.offset % pageSize);
     switch (patch.kind) {
     case Patch::Kind::Set:
         std::copy_n(patch.bytes.begin(), std::min(patch.bytes.size(), place.size()), place.begin());
@@ -67,9 +67,8 @@ void apply(const Patch& patch, Bytes& pages)
         place[0] = static_cast<std::uint8_t>(place[0] ^ patch.bytes[0]);
         break;
     case Patch::Kind::Copy:
-        std::copy_n(pages.begin()
-                        + static_cast<std::ptrdiff_t>(patch.otherPage % count * kPageSize),
-                    kPageSize, page.begin());
+        std::copy_n(pages.begin() + static_cast<std::ptrdiff_t>(patch.otherPage % count * pageSize),
+                    pageSize, page.begin());
         break;
     default:
         std::fill(page.begin(), page.end(), std::uint8_t{0});
@@ -119,8 +118,8 @@ Bytes damagedFile(const Damage& damage, Input& input)
     const Base& base = bases()[damage.base % bases().size()];
     Bytes pages = base.pages;
     for (const Patch& patch : damage.patches)
-        apply(patch, pages);
-    return fileOf(std::move(pages), base.databaseKey);
+        apply(patch, pages, base.pageSize);
+    return fileOf(std::move(pages), base.databaseKey, base.pageSize);
 }
 
 } // namespace jet::fuzz

@@ -18,6 +18,7 @@ namespace {
 
 using Random = std::minstd_rand;
 
+// Smaller bases take the number modulo their pages.
 std::uint8_t randomPage(Random& random)
 {
     const std::size_t count = bases()[0].pages.size() / kPageSize;

@@ -1,7 +1,6 @@
 #include "fuzz/damage.h"
 #include "fuzz/targets.h"
 #include "fuzz/walk.h"
-#include "jet/database.h"
 #include "tests/support/memoryfiles.h"
 
 namespace jet::fuzz {
@@ -19,13 +18,7 @@ void readDamagedFile(ByteView bytes)
     const Damage damage = readDamage(input);
     test::MemoryFiles files;
     files.setContent(kFile, damagedFile(damage, input));
-    attempt([&] {
-        const auto database = Database::open(files, kFile, OpenMode::ReadOnly);
-        readEverything(*database);
-    });
-    check(files);
-    if (damage.patches.empty() && !damage.isRaw())
-        requireSound(files);
+    reopen(files, damage.patches.empty() && !damage.isRaw());
 }
 
 } // namespace jet::fuzz

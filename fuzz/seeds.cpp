@@ -43,7 +43,7 @@ std::vector<Damage> someDamage()
     std::vector<Damage> all;
     for (std::uint8_t base = 0; base < bases().size(); ++base) {
         all.push_back({base, {}});
-        const std::size_t pages = bases()[base].pages.size() / kPageSize;
+        const std::size_t pages = bases()[base].pages.size() / bases()[base].pageSize;
         for (std::size_t page = 0; page < pages; ++page) {
             Patch patch;
             patch.page = static_cast<std::uint8_t>(page);

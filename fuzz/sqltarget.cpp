@@ -39,7 +39,7 @@ void runStatements(ByteView input)
     }
     database.reset();
     if (changed)
-        requireSound(files);
+        reopen(files, true);
 }
 
 } // namespace jet::fuzz

@@ -68,6 +68,24 @@ void seekEverywhere(Table& table)
     }
 }
 
+// Throws what the check itself throws, and harm where there must be none, as std::logic_error.
+template <class Checked>
+void check(Checked& checked, bool soundly)
+{
+    std::string harm;
+    try {
+        for (const Finding& finding : checkDatabase(checked)) {
+            if (finding.severity == Severity::Harmful)
+                harm += finding.table + ", page " + std::to_string(finding.page) + ", row "
+                        + std::to_string(finding.row) + ": " + finding.text + '\n';
+        }
+    } catch (const Error& error) {
+        throw std::logic_error(std::string("the deep check throws: ") + error.what());
+    }
+    if (soundly && !harm.empty())
+        throw std::logic_error(harm);
+}
+
 } // namespace
 
 StepLimit::StepLimit(int steps)
@@ -121,32 +139,17 @@ void readEverything(Database& database)
         readRows(database, query);
 }
 
-void check(FileSystem& files)
+void reopen(FileSystem& files, bool soundly)
 {
-    attempt([&] {
-        const auto pager = Pager::open(files, kFile, true);
-        const auto refuse = [](const std::string& what) {
-            throw std::logic_error("the deep check throws: " + what);
-        };
-        try {
-            checkDatabase(*pager);
-        } catch (const std::exception& error) {
-            refuse(error.what());
-        }
+    const bool opened = attempt([&] {
+        const auto database = Database::open(files, kFile, OpenMode::ReadOnly);
+        readEverything(*database);
+        check(database->store(), soundly);
     });
-}
-
-void requireSound(FileSystem& files)
-{
-    const auto pager = Pager::open(files, kFile, true);
-    std::string harm;
-    for (const Finding& finding : checkDatabase(*pager)) {
-        if (finding.severity == Severity::Harmful)
-            harm += finding.table + ", page " + std::to_string(finding.page) + ", row "
-                    + std::to_string(finding.row) + ": " + finding.text + '\n';
-    }
-    if (!harm.empty())
-        throw std::logic_error(harm);
+    if (soundly && !opened)
+        throw std::logic_error("a sound file is refused");
+    if (!opened)
+        attempt([&] { check(*Pager::open(files, kFile, true), false); });
 }
 
 } // namespace jet::fuzz

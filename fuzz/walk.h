@@ -44,9 +44,9 @@ std::vector<std::string> allTables(Database& database);
 void readEverything(Database& database);
 // The first rows of a SELECT.
 void readRows(Database& database, const std::string& select);
-// The deep check, which must not throw.
-void check(FileSystem& files);
-// Throws std::logic_error with what the deep check finds harmful.
-void requireSound(FileSystem& files);
+// Opens the file, reads everything and runs the deep check, also where the catalogue is too
+// damaged to open. Throws std::logic_error when the check throws or, with `soundly`, when the
+// file is refused or found harmed.
+void reopen(FileSystem& files, bool soundly);
 
 } // namespace jet::fuzz
