@@ -7,6 +7,7 @@ app_test(NAME jet_checker_test
         definitiondamage_test.cpp
         expectfound.cpp
         indexdamage_test.cpp
+        mutation_test.cpp
         pagedamage_test.cpp
         rowdamage_test.cpp
     LIBRARIES jet_checker test_files test_support

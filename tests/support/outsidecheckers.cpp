@@ -52,6 +52,17 @@ bool isInstalled(const std::string& program)
     return run("sh", {"-c", "command -v " + program}).status == 0;
 }
 
+std::optional<std::filesystem::path> structuralChecker()
+{
+    const auto folder = sharedFolder();
+    if (!folder || !isInstalled("python3"))
+        return std::nullopt;
+    const std::filesystem::path checker = *folder / "tools" / "jet4_check.py";
+    if (!std::filesystem::exists(checker))
+        return std::nullopt;
+    return checker;
+}
+
 } // namespace
 
 TemporaryFolder::TemporaryFolder()
@@ -130,16 +141,24 @@ std::vector<std::uint8_t> bytesOf(const std::filesystem::path& path)
 
 std::optional<std::string> structuralErrors(const std::filesystem::path& database)
 {
-    const auto folder = sharedFolder();
-    if (!folder || !isInstalled("python3"))
+    const auto checker = structuralChecker();
+    if (!checker)
         return std::nullopt;
-    const std::filesystem::path checker = *folder / "tools" / "jet4_check.py";
-    if (!std::filesystem::exists(checker))
-        return std::nullopt;
-    const Outcome outcome = run("python3", {checker.string(), "--quiet", database.string()});
+    const Outcome outcome = run("python3", {checker->string(), "--quiet", database.string()});
     if (outcome.status == 0)
         return "";
     return outcome.output.empty() ? "exit " + std::to_string(outcome.status) : outcome.output;
+}
+
+std::optional<std::string> structuralReport(const std::vector<std::filesystem::path>& databases)
+{
+    const auto checker = structuralChecker();
+    if (!checker)
+        return std::nullopt;
+    std::vector<std::string> arguments = {checker->string()};
+    for (const std::filesystem::path& database : databases)
+        arguments.push_back(database.string());
+    return run("python3", arguments).output;
 }
 
 std::optional<std::string> mdbtools(const std::string& program,

@@ -38,6 +38,9 @@ std::vector<std::uint8_t> bytesOf(const std::filesystem::path& path);
 //
 //     EXPECT_EQ(structuralErrors(path).value_or(""), "");
 std::optional<std::string> structuralErrors(const std::filesystem::path& database);
+// All that jet4_check.py says about the files, with a line "FILE: ... N errors, N warnings"
+// for each; nothing when the checker or Python is absent.
+std::optional<std::string> structuralReport(const std::vector<std::filesystem::path>& databases);
 
 // Standard output of a program of mdbtools ("mdb-export", "mdb-tables", "mdb-ver",
 // "mdb-schema", ...), nothing when it is absent. A failing program gives its output and
