@@ -193,7 +193,9 @@ public:
         auto file = std::make_unique<PosixFile>(descriptor, path);
         struct stat info = {};
         if (::fstat(descriptor, &info) == 0 && !S_ISREG(info.st_mode))
-            throw Error(Fault::NotADatabase, quoted(path) + " — не обычный файл");
+            throw Error(Fault::NotADatabase, quoted(path)
+                                                 + (S_ISDIR(info.st_mode) ? " — не файл, а папка"
+                                                                          : " — не обычный файл"));
         if (!lockWhole(descriptor, mode != FileMode::ReadOnly)) {
             if (errno == EAGAIN || errno == EACCES || errno == EWOULDBLOCK)
                 throw Error(Fault::Locked,
