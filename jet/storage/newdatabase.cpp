@@ -65,6 +65,9 @@ public:
     bool exists(const std::filesystem::path&) const override { return false; }
     void remove(const std::filesystem::path&) override {}
     void rename(const std::filesystem::path&, const std::filesystem::path&) override {}
+    void replace(const std::filesystem::path&, const std::filesystem::path&,
+                 const std::function<void()>&) override
+    {}
     void syncDirectory(const std::filesystem::path&) override {}
 
 private:

@@ -22,7 +22,14 @@ public:
     std::unique_ptr<File> open(const std::filesystem::path& path, FileMode mode) override;
     bool exists(const std::filesystem::path& path) const override;
     void remove(const std::filesystem::path& path) override { m_files.erase(path); }
-    void rename(const std::filesystem::path& from, const std::filesystem::path& to);
+    void rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
+    void replace(const std::filesystem::path& from, const std::filesystem::path& to,
+                 const std::function<void()>& release) override
+    {
+        m_files.insert_or_assign(to, m_files.at(from));
+        m_files.erase(from);
+        release();
+    }
     void syncDirectory(const std::filesystem::path&) override {}
 
     struct Content;
