@@ -7,6 +7,7 @@
 #include "data/upgrade.h"
 #include "jet/error.h"
 #include "jet/storage/file.h"
+#include "jet/storage/store.h"
 
 #include <QFileInfo>
 
@@ -77,12 +78,16 @@ std::unique_ptr<jet::Database> openForReading(const QString& path, Messages& mes
 }
 
 std::unique_ptr<jet::Database> openExisting(jet::FileSystem& files, const QString& path,
-                                            Messages& messages)
+                                            Messages& messages, const OpenHooks& hooks)
 {
     const auto file = toPath(path);
     if (!files.exists(file) || QFileInfo(path).isDir())
         throw Refusal{u"Файл базы данных "_s + path + u" не найден!"_s};
     auto database = jet::Database::open(files, file, jet::OpenMode::Exclusive);
+    database->store().setBeforeChange([called = false, call = hooks.beforeUpgrade]() mutable {
+        if (call && !std::exchange(called, true))
+            call();
+    });
     jet::Transaction transaction(*database);
     const bool newer = isNewer(*database, path);
     if (newer)
@@ -92,6 +97,7 @@ std::unique_ptr<jet::Database> openExisting(jet::FileSystem& files, const QStrin
     if (!newer)
         stampFile(*database);
     transaction.commit();
+    database->store().setBeforeChange({});
     return database;
 }
 
@@ -131,12 +137,16 @@ std::unique_ptr<jet::Database> createNew(jet::FileSystem& files, const QString& 
 // Runs what opens or creates the file at `path` and tells why it could not.
 template <class Body>
 std::unique_ptr<jet::Database> guarded(const QString& path, const QString& failed,
-                                       Messages& messages, Body body)
+                                       Messages& messages, const OpenHooks& hooks, Body body)
 {
     try {
         return body();
     } catch (const Refusal& refusal) {
         messages.critical(refusal.message);
+    } catch (const jet::Error& error) {
+        if (!hooks.failed || !hooks.failed(error))
+            messages.critical(u"Файл базы данных "_s + path + failed + fromUtf8(error.what())
+                              + u'.');
     } catch (const std::exception& error) {
         messages.critical(u"Файл базы данных "_s + path + failed + fromUtf8(error.what()) + u'.');
     }
@@ -148,22 +158,25 @@ const QString kNotCreated = u" не создан. Ошибка: "_s;
 
 } // namespace
 
-std::unique_ptr<Journal> Journal::openReadOnly(const QString& path, Messages& messages)
+std::unique_ptr<Journal> Journal::openReadOnly(const QString& path, Messages& messages,
+                                               const OpenHooks& hooks)
 {
     return wrapped(
-        guarded(path, kNotOpened, messages, [&] { return openForReading(path, messages); }));
+        guarded(path, kNotOpened, messages, hooks, [&] { return openForReading(path, messages); }));
 }
 
-std::unique_ptr<Journal> Journal::openAndCheck(const QString& path, bool create, Messages& messages)
+std::unique_ptr<Journal> Journal::openAndCheck(const QString& path, bool create, Messages& messages,
+                                               const OpenHooks& hooks)
 {
-    return openAndCheck(jet::FileSystem::system(), path, create, messages);
+    return openAndCheck(jet::FileSystem::system(), path, create, messages, hooks);
 }
 
 std::unique_ptr<Journal> Journal::openAndCheck(jet::FileSystem& files, const QString& path,
-                                               bool create, Messages& messages)
+                                               bool create, Messages& messages,
+                                               const OpenHooks& hooks)
 {
-    return wrapped(guarded(path, create ? kNotCreated : kNotOpened, messages, [&] {
-        return create ? createNew(files, path) : openExisting(files, path, messages);
+    return wrapped(guarded(path, create ? kNotCreated : kNotOpened, messages, hooks, [&] {
+        return create ? createNew(files, path) : openExisting(files, path, messages, hooks);
     }));
 }
 
@@ -176,7 +189,18 @@ Journal::Journal(std::unique_ptr<jet::Database> database)
     : m_database(std::move(database))
 {}
 
+void Journal::standFor(const QString& path, std::shared_ptr<void> keep)
+{
+    m_standsFor = path;
+    m_keep = std::move(keep);
+}
+
 QString Journal::path() const
+{
+    return m_standsFor.isEmpty() ? filePath() : m_standsFor;
+}
+
+QString Journal::filePath() const
 {
     return fromPath(m_database->path());
 }

@@ -77,7 +77,7 @@ std::int64_t Database::rowCount(std::string_view table) const
 
 void Database::prepareChange()
 {
-    m_store->requireWritable();
+    m_store->announceChange();
     m_engine->detachReaders();
 }
 

@@ -105,6 +105,8 @@ struct Store::Impl
     std::unordered_map<std::string, Table*> found;
     std::uint64_t foundAt = 0;
 
+    std::function<void()> beforeChange;
+
     int depth = 0;
     bool cancelled = false; // an inner rollback has undone the whole; depth > 0
 };
@@ -165,6 +167,18 @@ Pager& Store::pager()
 PageAllocator& Store::allocator()
 {
     return m_impl->allocator;
+}
+
+void Store::setBeforeChange(std::function<void()> call)
+{
+    m_impl->beforeChange = std::move(call);
+}
+
+void Store::announceChange()
+{
+    requireWritable();
+    if (m_impl->beforeChange)
+        m_impl->beforeChange();
 }
 
 void Store::requireWritable() const

@@ -8,6 +8,7 @@
 #include "jet/tabledef.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -30,6 +31,11 @@ public:
     PageAllocator& allocator();
     // Throws Error (ReadOnly), which says why, unless the database can be changed.
     void requireWritable() const;
+    // Called before each statement that may change the file, while the file still is as the
+    // last commit left it. What it throws stops the statement.
+    void setBeforeChange(std::function<void()> call);
+    // requireWritable(), then the call above.
+    void announceChange();
     // The file is of Access 95/97, and what is seen here a copy in memory.
     bool isOlderFormat() const;
 
