@@ -10,7 +10,8 @@ namespace jet::sql {
 
 namespace {
 
-constexpr int kLongestText = 65535; // characters that Space, String and Replace may give
+constexpr int kLongestText = 65535; // characters that Space and String may give
+constexpr std::size_t kLongestReplaced = std::size_t{16} << 20; // bytes, unless it was longer
 
 // Byte offset behind the first `characters` of a text, which may be longer than it.
 std::size_t offsetOf(std::string_view text, std::size_t characters)
@@ -190,6 +191,8 @@ Value replace(const Arguments& arguments)
         if (found == std::string::npos)
             break;
         out.append(text, at, found - at).append(with);
+        if (out.size() > kLongestReplaced && out.size() > text.size())
+            throw Error(Fault::Overflow, "результат замены слишком длинный");
         at = found + search.sought.size();
         --left;
     }

@@ -345,6 +345,7 @@ TEST_F(Functions, RefusesValuesWithoutAResult)
         {"jet_sqr(-1)", Fault::Type},
         {"jet_year(1e10)", Fault::Overflow},
         {"jet_space(1e9)", Fault::Overflow},
+        {"jet_replace(jet_space(60000), ' ', jet_space(60000))", Fault::Overflow},
         {"jet_power(10, 400)", Fault::Overflow},
         {"jet_dateserial(2147483647, 2147483647, 1)", Fault::Overflow},
         {"jet_asc('')", Fault::Type},
