@@ -14,6 +14,7 @@ namespace jet {
 Recordset::Impl::Impl(sql::Engine& engine, sql::StatementCache::Pointer statement)
     : m_engine(engine)
     , m_statement(std::move(statement))
+    , m_list(engine.rowList(*m_statement))
 {
     for (const sql::ResultColumn& column : m_statement->translation.columns)
         columns.push_back({column.name, column.type.value_or(FieldType::Text)});
@@ -35,7 +36,7 @@ bool Recordset::Impl::next()
         return m_onRow;
     }
     m_onRow = false;
-    m_onRow = m_engine.step(statement());
+    m_onRow = step();
     if (!m_onRow)
         stop();
     return m_onRow;
@@ -46,9 +47,7 @@ Value Recordset::Impl::value(int column) const
     assert(m_onRow && column >= 0 && static_cast<std::size_t>(column) < columns.size());
     if (!isStreaming())
         return m_rows[m_row][static_cast<std::size_t>(column)];
-    return sql::resultValue(
-        statement(), column,
-        m_statement->translation.columns[static_cast<std::size_t>(column)].type);
+    return streamedValue(column);
 }
 
 void Recordset::Impl::detach() noexcept
@@ -59,7 +58,7 @@ void Recordset::Impl::detach() noexcept
     try {
         if (onRow)
             m_rows.push_back(presentRow());
-        while (m_engine.step(statement()))
+        while (step())
             m_rows.push_back(presentRow());
     } catch (...) {
         m_failure = std::current_exception();
@@ -68,22 +67,35 @@ void Recordset::Impl::detach() noexcept
     m_onRow = onRow;
 }
 
+bool Recordset::Impl::step()
+{
+    return m_list ? m_list->next() : m_engine.step(statement());
+}
+
 std::vector<Value> Recordset::Impl::presentRow() const
 {
     std::vector<Value> row;
     row.reserve(columns.size());
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        row.push_back(sql::resultValue(statement(), static_cast<int>(i),
-                                       m_statement->translation.columns[i].type));
-    }
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        row.push_back(streamedValue(static_cast<int>(i)));
     return row;
+}
+
+Value Recordset::Impl::streamedValue(int column) const
+{
+    if (m_list)
+        return m_list->value(column);
+    return sql::resultValue(
+        statement(), column,
+        m_statement->translation.columns[static_cast<std::size_t>(column)].type);
 }
 
 void Recordset::Impl::stop()
 {
     if (!isStreaming())
         return;
-    sqlite3_reset(statement());
+    sqlite3_reset(m_statement->handle.get());
+    m_list.reset();
     m_statement = nullptr;
     m_onRow = false;
     m_engine.removeReader(*this);

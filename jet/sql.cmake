@@ -30,6 +30,7 @@ add_library(jet STATIC
     sql/outerjoins.cpp
     sql/resultvalue.cpp
     sql/rowfilter.cpp
+    sql/rowlist.cpp
     sql/statementcache.cpp
     sql/storeschema.cpp
     sql/tablecursor.cpp

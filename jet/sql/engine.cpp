@@ -71,6 +71,7 @@ StatementCache::Pointer Engine::prepare(std::string_view text)
     Statement tree = parse(text);
     simplifyOuterJoins(tree);
     statement->translation = translate(tree, m_schema);
+    statement->listsRows = RowList::isEnoughFor(tree);
     if (statement->translation.sqlite.empty())
         return statement;
     for (const std::string& table : statement->translation.tables) {

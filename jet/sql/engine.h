@@ -1,6 +1,7 @@
 #pragma once
 
 #include "jet/sql/errorslot.h"
+#include "jet/sql/rowlist.h"
 #include "jet/sql/statementcache.h"
 #include "jet/sql/storeschema.h"
 #include "jet/sql/virtualtable.h"
@@ -8,6 +9,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -42,6 +44,11 @@ public:
     bool step(sqlite3_stmt* statement);
     // Runs a changing statement to its end and gives the rows changed.
     std::int64_t run(sqlite3_stmt* statement);
+    // The rows of a SELECT where SQLite is not needed for them.
+    std::optional<RowList> rowList(const PreparedStatement& select)
+    {
+        return RowList::of(select, m_store);
+    }
     // Rows that a SELECT gives.
     std::int64_t count(PreparedStatement& select);
 

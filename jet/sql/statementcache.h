@@ -23,6 +23,7 @@ using StatementHandle = std::unique_ptr<sqlite3_stmt, StatementCloser>;
 struct PreparedStatement
 {
     Translation translation;
+    bool listsRows = false; // SQLite is not needed for its rows, see RowList
     StatementHandle handle;
     StatementHandle counter;       // of a SELECT's rows, made when first asked for
     std::vector<double> rowCounts; // of translation.tables when the plan was made

@@ -147,7 +147,6 @@ void TableCursor::column(sqlite3_context* context, int column)
     // An UPDATE does not want the columns that it leaves alone.
     if (sqlite3_vtab_nochange(context))
         return;
-    requireSameSchema();
     if (column < 0 || column >= m_table.columnCount())
         return;
     const int position = m_table.position(column);

@@ -8,6 +8,7 @@ app_test(NAME jet_query_test
         defaults_test.cpp
         query_test.cpp
         queryfixture.cpp
+        rowlist_test.cpp
         textorder_test.cpp
         virtualtable_test.cpp
     LIBRARIES jet test_files
