@@ -6,24 +6,39 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
+#include <charconv>
 #include <ostream>
 
 namespace cli {
 
 namespace {
 
-std::string isoDate(jet::DateTime value)
+void appendTwoDigits(std::string& text, int number)
+{
+    text += static_cast<char>('0' + number / 10);
+    text += static_cast<char>('0' + number % 10);
+}
+
+// Written by hand: exports spend their time here.
+void appendIsoDate(std::string& text, jet::DateTime value)
 {
     const auto p = value.parts();
-    std::array<char, 64> buffer{};
-    std::snprintf(buffer.data(), buffer.size(), "%04d-%02d-%02d", p.year, p.month, p.day);
-    std::string text = buffer.data();
-    if (p.hour != 0 || p.minute != 0 || p.second != 0) {
-        std::snprintf(buffer.data(), buffer.size(), " %02d:%02d:%02d", p.hour, p.minute, p.second);
-        text += buffer.data();
-    }
-    return text;
+    appendTwoDigits(text, p.year / 100);
+    appendTwoDigits(text, p.year % 100);
+    appendTwoDigits(text += '-', p.month);
+    appendTwoDigits(text += '-', p.day);
+    if (p.hour == 0 && p.minute == 0 && p.second == 0)
+        return;
+    appendTwoDigits(text += ' ', p.hour);
+    appendTwoDigits(text += ':', p.minute);
+    appendTwoDigits(text += ':', p.second);
+}
+
+void appendInteger(std::string& text, std::int64_t value)
+{
+    std::array<char, 24> digits;
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+    text.append(digits.data(), end);
 }
 
 std::string hexadecimal(const jet::Bytes& bytes)
@@ -61,33 +76,15 @@ void printLine(std::ostream& out, const Row& cells, const std::vector<std::size_
     out << line << '\n';
 }
 
-std::string csvCell(const std::string& text)
-{
-    if (text.find_first_of(",\"\r\n") == std::string::npos)
-        return text;
-    std::string quoted = "\"";
-    for (const char c : text) {
-        if (c == '"')
-            quoted += '"';
-        quoted += c;
-    }
-    return quoted + '"';
-}
-
-void printCsvLine(std::ostream& out, const Row& cells)
-{
-    std::string line;
-    for (std::size_t i = 0; i < cells.size(); ++i)
-        line += (i == 0 ? "" : ",") + csvCell(cells[i]);
-    out << line << "\r\n";
-}
-
 } // namespace
 
 std::string plainText(const jet::Value& value)
 {
-    if (const auto* date = value.as<jet::DateTime>())
-        return isoDate(*date);
+    if (const auto* date = value.as<jet::DateTime>()) {
+        std::string text;
+        appendIsoDate(text, *date);
+        return text;
+    }
     if (const auto* bytes = value.as<jet::Bytes>())
         return hexadecimal(*bytes);
     return value.toText();
@@ -126,11 +123,56 @@ void printAligned(std::ostream& out, const Row& header, const std::vector<Row>& 
         printLine(out, line, widths);
 }
 
-void printCsv(std::ostream& out, const Row& header, const std::vector<Row>& rows)
+CsvWriter::~CsvWriter()
 {
-    printCsvLine(out, header);
-    for (const Row& row : rows)
-        printCsvLine(out, row);
+    flush();
+}
+
+void CsvWriter::add(const jet::Value& value)
+{
+    if (m_lineStarted)
+        m_buffer += ',';
+    m_lineStarted = true;
+    if (const auto* number = value.as<std::int64_t>())
+        appendInteger(m_buffer, *number);
+    else if (const auto* date = value.as<jet::DateTime>())
+        appendIsoDate(m_buffer, *date);
+    else if (const auto* flag = value.as<bool>())
+        m_buffer += *flag ? "-1" : "0";
+    else if (const auto* text = value.as<std::string>())
+        addText(*text);
+    else if (!value.isNull())
+        addText(plainText(value));
+}
+
+void CsvWriter::addText(std::string_view text)
+{
+    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
+        m_buffer += text;
+        return;
+    }
+    m_buffer += '"';
+    for (const char c : text) {
+        if (c == '"')
+            m_buffer += '"';
+        m_buffer += c;
+    }
+    m_buffer += '"';
+}
+
+void CsvWriter::endLine()
+{
+    constexpr std::size_t kEnough = 65536;
+    m_buffer += "\r\n";
+    m_lineStarted = false;
+    if (m_buffer.size() >= kEnough)
+        flush();
+}
+
+void CsvWriter::flush()
+{
+    m_out.write(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
+    m_buffer.clear();
 }
 
 void printJson(std::ostream& out, const nlohmann::ordered_json& document)

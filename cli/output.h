@@ -6,6 +6,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace cli {
@@ -20,8 +21,30 @@ nlohmann::ordered_json jsonValue(const jet::Value& value);
 
 // Columns padded to one width, a header line, then a line of dashes.
 void printAligned(std::ostream& out, const Row& header, const std::vector<Row>& rows);
-// As RFC 4180: texts with commas, quotes or line breaks stand in quotes.
-void printCsv(std::ostream& out, const Row& header, const std::vector<Row>& rows);
+// Lines as RFC 4180: texts with commas, quotes or line breaks stand in quotes. Buffers what
+// it writes until it is destroyed.
+class CsvWriter
+{
+public:
+    explicit CsvWriter(std::ostream& out)
+        : m_out(out)
+    {}
+    CsvWriter(const CsvWriter&) = delete;
+    CsvWriter& operator=(const CsvWriter&) = delete;
+    ~CsvWriter();
+
+    void add(const jet::Value& value); // as plainText() has it
+    void endLine();
+
+private:
+    void addText(std::string_view text);
+    void flush();
+
+    std::ostream& m_out;
+    std::string m_buffer;
+    bool m_lineStarted = false;
+};
+
 // One document on one line. Bytes that are no UTF-8 become U+FFFD.
 void printJson(std::ostream& out, const nlohmann::ordered_json& document);
 

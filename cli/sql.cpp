@@ -26,11 +26,26 @@ bool isQuery(std::string_view sql)
     return jet::sameName(sql.substr(start, 6), "select");
 }
 
+void printCsv(jet::Recordset& records, const Row& header, std::ostream& out)
+{
+    CsvWriter csv(out);
+    for (const std::string& title : header)
+        csv.add(title);
+    csv.endLine();
+    while (records.next()) {
+        for (int i = 0; i < static_cast<int>(header.size()); ++i)
+            csv.add(records.value(i));
+        csv.endLine();
+    }
+}
+
 void printRows(jet::Recordset& records, const Options& options, std::ostream& out)
 {
     Row header;
     for (const auto& column : records.columns())
         header.push_back(column.name);
+    if (options.csv)
+        return printCsv(records, header, out);
     auto document = nlohmann::ordered_json::array();
     std::vector<Row> rows;
     while (records.next()) {
@@ -48,8 +63,6 @@ void printRows(jet::Recordset& records, const Options& options, std::ostream& ou
     }
     if (options.json)
         printJson(out, {{"columns", header}, {"rows", document}});
-    else if (options.csv)
-        printCsv(out, header, rows);
     else
         printAligned(out, header, rows);
 }
