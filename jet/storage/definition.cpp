@@ -21,7 +21,12 @@ int positionOf(const Range& range, Predicate matches)
 
 FieldType ColumnDefinition::type() const
 {
-    return storedType == kStoredDecimal ? FieldType::Decimal : static_cast<FieldType>(storedType);
+    if (storedType == kStoredDecimal)
+        return FieldType::Decimal;
+    // DAO's number of Decimal is in files the code of a later type.
+    return storedType == static_cast<std::uint8_t>(FieldType::Decimal)
+               ? FieldType{0}
+               : static_cast<FieldType>(storedType);
 }
 
 int Definition::columnPosition(std::string_view name) const

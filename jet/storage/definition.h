@@ -40,6 +40,7 @@ struct ColumnDefinition
     std::uint16_t fixedOffset = 0;
     std::uint16_t length = 0; // bytes
 
+    // A code without a name in FieldType stands for a type that is only read, as bytes.
     FieldType type() const;
     bool isFixed() const { return (flags1 & columnflag::kFixed) != 0; }
     bool isLongValue() const { return storedType == 0x0B || storedType == 0x0C; }

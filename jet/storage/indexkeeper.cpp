@@ -148,6 +148,18 @@ void IndexKeeper::requireValues(std::size_t i, std::span<const Value> row) const
     }
 }
 
+// Columns of a type or sort order that is not known have keys that cannot be computed.
+void IndexKeeper::findOldKey(IndexChange& change, std::span<const Value> before) const
+{
+    try {
+        change.oldKey = entryKey(change.index, before);
+    } catch (const Error& error) {
+        if (error.fault() != Fault::Unsupported)
+            throw;
+        change.oldKeyUnknown = true;
+    }
+}
+
 std::vector<IndexChange> IndexKeeper::plan(std::span<const Value> before,
                                            std::span<const Value> after)
 {
@@ -156,14 +168,15 @@ std::vector<IndexChange> IndexKeeper::plan(std::span<const Value> before,
         const auto same = [&](std::size_t p) { return before[p] == after[p]; };
         if (!before.empty() && !after.empty() && std::ranges::all_of(m_indexes[i].positions, same))
             continue;
-        IndexChange change{i, {}, {}, false};
+        IndexChange change;
+        change.index = i;
         if (!before.empty())
-            change.oldKey = entryKey(i, before);
+            findOldKey(change, before);
         if (!after.empty()) {
             requireValues(i, after);
             change.newKey = entryKey(i, after);
         }
-        if (change.oldKey == change.newKey)
+        if (change.oldKey == change.newKey && !change.oldKeyUnknown)
             continue;
         if (change.newKey) {
             requireRoom(i, *change.newKey);
@@ -180,8 +193,8 @@ void IndexKeeper::apply(const std::vector<IndexChange>& changes, RowPointer row,
                         Definition& definition)
 {
     for (const IndexChange& change : changes) {
-        if (change.oldKey)
-            eraseEntry(change.index, *change.oldKey, row);
+        if (change.oldKey || change.oldKeyUnknown)
+            eraseEntry(change.index, change.oldKey, row);
         if (!change.newKey)
             continue;
         m_indexes[change.index].tree.insert(*change.newKey, row);
@@ -192,13 +205,13 @@ void IndexKeeper::apply(const std::vector<IndexChange>& changes, RowPointer row,
     }
 }
 
-void IndexKeeper::eraseEntry(std::size_t index, ByteView key, RowPointer row)
+void IndexKeeper::eraseEntry(std::size_t index, const std::optional<Bytes>& key, RowPointer row)
 {
     BTree& tree = m_indexes[index].tree;
-    if (tree.erase(key, row))
+    if (key && tree.erase(*key, row))
         return;
-    // Other builds of the engine make another key for a few texts (those with Æ, ß, Œ before
-    // an accent or a hyphen), so the entry is looked for by its row.
+    // The key is not known, or other builds of the engine make another one, as for a few texts
+    // (those with Æ, ß, Œ before an accent or a hyphen): the entry is looked for by its row.
     for (BTree::Cursor cursor = tree.first(); cursor.valid(); cursor.next()) {
         if (cursor.entry().row == row) {
             const Bytes found = cursor.entry().key;

@@ -19,6 +19,7 @@ struct IndexChange
 {
     std::size_t index = 0;
     std::optional<Bytes> oldKey; // entry to remove
+    bool oldKeyUnknown = false;  // there is one, but its key cannot be computed
     std::optional<Bytes> newKey; // entry to add
     bool isNewKey = false;       // no row had newKey so far
 };
@@ -41,7 +42,8 @@ public:
     }
 
     // The changes that replacing `before` by `after` needs; an empty span stands for no row.
-    // Nothing is written. Throws Error: Duplicate, NullValue, Unsupported, Limit.
+    // Nothing is written. Throws Error: Duplicate, NullValue, Limit, and Unsupported when a
+    // new key cannot be computed; entries whose key cannot be are still removed.
     std::vector<IndexChange> plan(std::span<const Value> before, std::span<const Value> after);
     // Writes planned changes and the statistics in the definition page.
     void apply(const std::vector<IndexChange>& changes, RowPointer row, Definition& definition);
@@ -72,7 +74,8 @@ private:
     };
     bool allNull(const Index& index, std::span<const Value> row) const;
     void requireRoom(std::size_t index, ByteView key) const;
-    void eraseEntry(std::size_t index, ByteView key, RowPointer row);
+    void findOldKey(IndexChange& change, std::span<const Value> before) const;
+    void eraseEntry(std::size_t index, const std::optional<Bytes>& key, RowPointer row);
 
     Pager& m_pager;
     PageNumber m_definitionPage;
