@@ -3,6 +3,8 @@
 #include "jet/error.h"
 #include "jet/sql/columnvalue.h"
 
+#include <cassert>
+
 namespace jet::sql {
 
 TableCursor::TableCursor(VirtualTable& table)
@@ -17,7 +19,8 @@ TableCursor::TableCursor(VirtualTable& table)
 
 void TableCursor::filter(const TablePlan& plan, std::span<sqlite3_value*> arguments)
 {
-    requireSameSchema();
+    if (!hasSameSchema())
+        throw Error(Fault::Unsupported, "таблица изменилась, пока из неё читали");
     m_row = nullptr;
     m_refused = nullptr;
     m_filters.clear();
@@ -107,7 +110,7 @@ void TableCursor::findRowsByAll(const TablePlan& plan, std::span<sqlite3_value*>
 
 void TableCursor::next()
 {
-    requireSameSchema();
+    assert(hasSameSchema());
     while (advance()) {
         if (passes())
             return;
@@ -156,10 +159,9 @@ void TableCursor::column(sqlite3_context* context, int column)
 
 // The objects behind the row are gone when the schema has changed. Database ends or
 // buffers all readers before that happens, so this is a broken promise of its callers.
-void TableCursor::requireSameSchema() const
+bool TableCursor::hasSameSchema() const
 {
-    if (m_schemaVersion != m_table.schemaVersion())
-        throw Error(Fault::Unsupported, "таблица изменилась, пока из неё читали");
+    return m_schemaVersion == m_table.schemaVersion();
 }
 
 } // namespace jet::sql

@@ -35,7 +35,7 @@ private:
     void findRowsByAll(const TablePlan& plan, std::span<sqlite3_value*> arguments);
     bool advance(); // to the next row of the access, filters not looked at
     bool passes() const;
-    void requireSameSchema() const;
+    bool hasSameSchema() const;
 
     VirtualTable& m_table;
     Table* m_rows = nullptr;
