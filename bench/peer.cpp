@@ -42,11 +42,12 @@ Peer::Peer(jet::Database& journal, const std::filesystem::path& path)
         fail(m_handle);
     execute("PRAGMA cache_size=-64000");
     execute("PRAGMA synchronous=FULL");
-    for (const char* table : {"POS", "USP", "SPSTUD", "UROKI"})
+    for (const char* table : {"POS", "USP", "SPSTUD", "UROKI", "SPNAGR"})
         copyTable(journal, table);
-    execute("CREATE INDEX pos_id ON POS(ID)");
-    execute("CREATE INDEX stud_group ON SPSTUD(IDG)");
-    execute("CREATE INDEX uroki_group ON UROKI(IDG)");
+    for (const char* column : {"POS(ID)", "POS(DAT)", "SPSTUD(ID)", "SPSTUD(IDG)", "UROKI(IDG)",
+                               "UROKI(DAT)", "SPNAGR(IDP)", "SPNAGR(IDG)"})
+        addIndex(column);
+    execute("ANALYZE");
 }
 
 Peer::~Peer()
@@ -86,6 +87,11 @@ void Peer::copyTable(jet::Database& journal, const std::string& table)
     }
     sqlite3_finalize(statement);
     execute("COMMIT");
+}
+
+void Peer::addIndex(const std::string& column)
+{
+    execute("CREATE INDEX \"" + column + "\" ON " + column);
 }
 
 void Peer::execute(const std::string& sql)

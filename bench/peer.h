@@ -17,7 +17,7 @@ namespace bench {
 class Peer
 {
 public:
-    // Copies POS, USP, SPSTUD and UROKI of the journal.
+    // Copies POS, USP, SPSTUD, UROKI and SPNAGR of the journal.
     Peer(jet::Database& journal, const std::filesystem::path& path);
     Peer(const Peer&) = delete;
     Peer& operator=(const Peer&) = delete;
@@ -29,6 +29,7 @@ public:
 
 private:
     void copyTable(jet::Database& journal, const std::string& table);
+    void addIndex(const std::string& column); // "TABLE(COLUMN)"
 
     sqlite3* m_handle = nullptr;
     std::filesystem::path m_path;

@@ -4,27 +4,51 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace data {
 class Journal;
+}
+namespace jet {
+class Database;
 }
 
 namespace bench {
 
 class Peer;
 
-// What is compared: a scratch copy of a large journal, the native SQLite file with the same
-// rows, and jurnalctl beside mdb-export.
+// The scratch copy of a large journal that the benchmarks read and change; open only while
+// they need it, since other programs are measured on the same file.
+class OpenJournal
+{
+public:
+    explicit OpenJournal(std::filesystem::path path);
+    ~OpenJournal();
+
+    const std::filesystem::path& path() const { return m_path; }
+    jet::Database& database(); // opens and checks the journal first if it is closed
+    void close();
+
+private:
+    std::filesystem::path m_path;
+    std::unique_ptr<data::Journal> m_journal;
+};
+
+// What is compared: the journal, the native SQLite file with the same rows, and jurnalctl
+// beside mdb-export.
 struct Bench
 {
-    std::filesystem::path journalPath; // scratch copy, may be changed
-    std::filesystem::path jurnalctl;
-    std::filesystem::path scratch;
-    std::unique_ptr<data::Journal>& journal; // closed and reopened by the opening benchmark
+    OpenJournal& journal;
     Peer& peer;
+    std::filesystem::path jurnalctl;
 };
 
 std::vector<Comparison> comparisons(Bench& bench);
+
+// Runs a query of the journal to its end and looks at every value.
+void readAll(jet::Database& database, const std::string& sql);
+// Loads the attendance of one group for one month as the journal's window does.
+void fillMonth(jet::Database& database);
 
 } // namespace bench
