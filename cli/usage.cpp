@@ -1,5 +1,6 @@
 #include "cli/usage.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -47,6 +48,12 @@ std::string usageText(const CLI::ParseError& error)
         if (text.starts_with("A subcommand") || !text.ends_with(kTail))
             return "Не указана команда." + hint;
         return "Не указан параметр " + text.substr(0, text.size() - kTail.size()) + '.' + hint;
+    }
+    if (code == CLI::ExitCodes::RequiresError) {
+        constexpr std::string_view kMiddle = " requires ";
+        const auto middle = std::min(text.find(kMiddle), text.size());
+        return "Параметр " + text.substr(0, middle) + " указывают только вместе с параметром "
+               + text.substr(std::min(middle + kMiddle.size(), text.size())) + '.' + hint;
     }
     if (code == CLI::ExitCodes::ExtrasError)
         return "Лишнее или неизвестное в команде: " + subjectOf(text) + '.' + hint;
