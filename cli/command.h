@@ -27,6 +27,7 @@ struct Streams
 // arguments were parsed, and throws Failure or jet::Error.
 void addAttendance(CLI::App& program, Streams streams);
 void addCheck(CLI::App& program, Streams streams);
+void addCompact(CLI::App& program, Streams streams);
 void addCreate(CLI::App& program, Streams streams);
 void addDemo(CLI::App& program, Streams streams);
 void addMark(CLI::App& program, Streams streams);

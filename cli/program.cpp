@@ -23,6 +23,7 @@ void addCommands(CLI::App& program, Streams streams)
 {
     addCreate(program, streams);
     addCheck(program, streams);
+    addCompact(program, streams);
     addDemo(program, streams);
     addTables(program, streams);
     addSchema(program, streams);

@@ -5,6 +5,7 @@ add_library(jet_store STATIC
     storage/editfields.cpp
     storage/editindexes.cpp
     storage/edittables.cpp
+    storage/imagepager.cpp
     storage/jet3/convert.cpp
     storage/jet3/copytable.cpp
     storage/newdatabase.cpp

@@ -3,12 +3,12 @@
 #include "jet/error.h"
 #include "jet/storage/btree.h"
 #include "jet/storage/catalogueobject.h"
+#include "jet/storage/imagepager.h"
 #include "jet/storage/maprow.h"
 #include "jet/storage/sid.h"
 #include "jet/storage/systemtables.h"
 #include "jet/storage/table.h"
 
-#include <algorithm>
 #include <random>
 #include <vector>
 
@@ -29,81 +29,14 @@ namespace {
 constexpr PageNumber kMapPage = 6;
 constexpr std::size_t kMapRows = 31;
 constexpr PageNumber kPagesWithoutRows = 14;
-constexpr std::size_t kInlineBitmap = 5; // offset in a map row
 
-// A file of bytes: what the pages are put together in before there is a real one.
-class ImageFile final : public File
+// The rows that hold the maps of the system tables.
+void writeMapRows(Pager& pager)
 {
-public:
-    explicit ImageFile(Bytes& bytes)
-        : m_bytes(bytes)
-    {}
-    std::uint64_t size() const override { return m_bytes.size(); }
-    void read(std::uint64_t offset, ByteSpan buffer) const override
-    {
-        std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(offset), buffer.size(),
-                    buffer.begin());
-    }
-    void write(std::uint64_t, ByteView) override {}
-    void truncate(std::uint64_t) override {}
-    void sync() override {}
-
-private:
-    Bytes& m_bytes;
-};
-
-class ImageFiles final : public FileSystem
-{
-public:
-    explicit ImageFiles(Bytes& bytes)
-        : m_bytes(bytes)
-    {}
-    std::unique_ptr<File> open(const std::filesystem::path&, FileMode) override
-    {
-        return std::make_unique<ImageFile>(m_bytes);
-    }
-    bool exists(const std::filesystem::path&) const override { return false; }
-    void remove(const std::filesystem::path&) override {}
-    void rename(const std::filesystem::path&, const std::filesystem::path&) override {}
-    void replace(const std::filesystem::path&, const std::filesystem::path&,
-                 const std::function<void()>&) override
-    {}
-    void syncDirectory(const std::filesystem::path&) override {}
-
-private:
-    Bytes& m_bytes;
-};
-
-ByteSpan pageOf(Bytes& image, PageNumber page)
-{
-    return ByteSpan(image).subspan(page * kPageSize, kPageSize);
-}
-
-// Page 1: pages below 14 in use, all others free.
-void writeGlobalMaps(ByteSpan page)
-{
+    const ByteSpan page = pager.modify(kMapPage);
     maprow::initialise(page);
-    put32(page, 4, 1);
-    maprow::append(page, 1);
-    maprow::append(page, 1);
-    const maprow::Place place = maprow::locate(page, {1, 0});
-    const ByteSpan bits = page.subspan(place.offset + kInlineBitmap, place.length - kInlineBitmap);
-    std::fill(bits.begin(), bits.end(), std::uint8_t{0xFF});
-    bits[0] = 0;
-    bits[1] = static_cast<std::uint8_t>(0xFF << (kPagesWithoutRows - 8));
-}
-
-// Pages 0 to 13: all but the rows of the catalogue.
-Bytes imageWithoutRows(const DatabaseHeader& header)
-{
-    Bytes image = encodeHeader(header);
-    image.resize(kPagesWithoutRows * kPageSize);
-    writeGlobalMaps(pageOf(image, 1));
-    const ByteSpan maps = pageOf(image, kMapPage);
-    maprow::initialise(maps);
     for (std::size_t row = 0; row < kMapRows; ++row)
-        maprow::append(maps, kMapPage);
-    return image;
+        maprow::append(page, kMapPage);
 }
 
 void writeDefinitions(Pager& pager, PageAllocator& allocator, std::uint16_t collation)
@@ -186,24 +119,20 @@ void insertPermissions(Table& table, const DatabaseHeader& header)
 
 Bytes newDatabaseImage(const DatabaseHeader& header)
 {
-    DatabaseHeader plain = header; // the pages are coded when the real file is written
-    plain.databaseKey = 0;
-    Bytes start = imageWithoutRows(plain);
-    ImageFiles files(start);
-    const auto pager = Pager::open(files, "image", false);
-    PageAllocator allocator(*pager);
-    pager->beginTransaction();
-    writeDefinitions(*pager, allocator, header.collation);
-    Table objects(*pager, allocator, 2, "MSysObjects");
-    Table permissions(*pager, allocator, 3, "MSysACEs");
-    insertObjects(objects, pager->header());
-    insertPermissions(permissions, pager->header());
+    ImagePager start(header, kPagesWithoutRows);
+    Pager& pager = start.pager();
+    PageAllocator allocator(pager);
+    writeMapRows(pager);
+    writeDefinitions(pager, allocator, header.collation);
+    Table objects(pager, allocator, 2, "MSysObjects");
+    Table permissions(pager, allocator, 3, "MSysACEs");
+    insertObjects(objects, pager.header());
+    insertPermissions(permissions, pager.header());
     Bytes image = encodeHeader(header);
-    for (PageNumber page = 1; page < pager->pageCount(); ++page) {
-        const PageRef ref = pager->read(page);
+    for (PageNumber page = 1; page < pager.pageCount(); ++page) {
+        const PageRef ref = pager.read(page);
         image.insert(image.end(), ref.bytes().begin(), ref.bytes().end());
     }
-    pager->rollback();
     return image;
 }
 
