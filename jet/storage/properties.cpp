@@ -206,6 +206,11 @@ bool Properties::columnFlag(std::string_view column, std::string_view property) 
            });
 }
 
+bool Properties::hasColumn(std::string_view column, std::string_view property) const
+{
+    return find(column, property) != nullptr;
+}
+
 std::string Properties::columnText(std::string_view column, std::string_view property) const
 {
     const Property* const found = find(column, property);

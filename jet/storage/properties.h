@@ -45,6 +45,7 @@ public:
 
     bool columnFlag(std::string_view column, std::string_view property) const; // False if none
     std::string columnText(std::string_view column, std::string_view property) const; // "" if none
+    bool hasColumn(std::string_view column, std::string_view property) const;
     void setColumnFlag(std::string_view column, std::string_view property, bool value);
     void setColumnText(std::string_view column, std::string_view property, std::string_view value);
     void removeColumn(std::string_view column);

@@ -55,12 +55,16 @@ struct Store::Impl
     {
         Table& table = tables.get(entry.id, entry.name);
         const Properties properties = readableProperties(entry.id);
-        std::vector<std::uint16_t> required;
+        std::vector<std::uint16_t> required, filled;
         for (const ColumnDefinition& column : table.definition().columns) {
             if (properties.columnFlag(column.name, "Required"))
                 required.push_back(column.id);
+            // Without the property the engine has always taken empty texts.
+            if (properties.hasColumn(column.name, "AllowZeroLength")
+                && !properties.columnFlag(column.name, "AllowZeroLength"))
+                filled.push_back(column.id);
         }
-        table.setRequiredColumns(std::move(required));
+        table.setColumnRules(std::move(required), std::move(filled));
         return table;
     }
 

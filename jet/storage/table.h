@@ -52,8 +52,9 @@ public:
     // Re-read from its pages after a rollback or reload().
     const Definition& definition() const;
     void reload();
-    // Ids of columns that must not become NULL. The catalogue knows them, not the definition.
-    void setRequiredColumns(std::vector<std::uint16_t> columnIds);
+    // Ids of columns that must not become NULL, and of those that take no empty text. The
+    // catalogue knows them, not the definition.
+    void setColumnRules(std::vector<std::uint16_t> required, std::vector<std::uint16_t> filled);
 
     TableScan scan();
     // The row, or nothing when it was deleted. Damaged pointers throw Error.
@@ -110,7 +111,7 @@ private:
     EqualityIndex& lookupIndex(std::span<const int> columns);
 
     void requireColumns(std::span<const Value> values) const;
-    void checkRequired(std::span<const Value> before, std::span<const Value> after) const;
+    void checkRules(std::span<const Value> before, std::span<const Value> after) const;
     std::vector<Value> convertNew(std::span<const Value> values);
     std::vector<Value> valuesOf(const RowView& row) const;
     std::int64_t nextCounter();

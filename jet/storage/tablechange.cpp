@@ -82,24 +82,28 @@ void Table::requireColumns(std::span<const Value> values) const
         throw Error(Fault::Type, "число значений не равно числу полей", m_name);
 }
 
-void Table::setRequiredColumns(std::vector<std::uint16_t> columnIds)
+void Table::setColumnRules(std::vector<std::uint16_t> required, std::vector<std::uint16_t> filled)
 {
-    m_impl->requiredColumns = std::move(columnIds);
+    m_impl->requiredColumns = std::move(required);
+    m_impl->filledColumns = std::move(filled);
 }
 
-// A column may have become required when rows had NULL in it already; they keep it.
-void Table::checkRequired(std::span<const Value> before, std::span<const Value> after) const
+// A rule may be younger than the rows; they keep what they have.
+void Table::checkRules(std::span<const Value> before, std::span<const Value> after) const
 {
     const Definition& d = *m_impl->definition;
-    for (const std::uint16_t id : m_impl->requiredColumns) {
+    const auto check = [&](std::uint16_t id, const Value& forbidden, const char* rule) {
         const int position = d.columnPositionById(id);
         if (position < 0)
-            continue;
+            return;
         const auto column = static_cast<std::size_t>(position);
-        if (after[column].isNull() && (before.empty() || !before[column].isNull()))
-            throw Error(Fault::NullValue,
-                        "поле «" + d.columns[column].name + "» нельзя оставить пустым", m_name);
-    }
+        if (after[column] == forbidden && (before.empty() || before[column] != forbidden))
+            throw Error(Fault::NullValue, "поле «" + d.columns[column].name + "» " + rule, m_name);
+    };
+    for (const std::uint16_t id : m_impl->requiredColumns)
+        check(id, Value(), "нельзя оставить пустым");
+    for (const std::uint16_t id : m_impl->filledColumns)
+        check(id, Value(""), "не допускает пустой строки");
 }
 
 void Table::storeRowCount(std::int64_t change)
@@ -156,7 +160,7 @@ RowPointer Table::insert(std::span<const Value> values)
     Impl& t = current();
     requireColumns(values);
     const std::vector<Value> row = convertNew(values);
-    checkRequired({}, row);
+    checkRules({}, row);
     const auto changes = t.parts->indexes.plan({}, row);
     RowDraft draft(*t.definition, m_name);
     for (std::size_t i = 0; i < row.size(); ++i)
@@ -208,7 +212,7 @@ void Table::update(RowPointer pointer, std::span<const Value> values)
     }
     if (after == before)
         return;
-    checkRequired(before, after);
+    checkRules(before, after);
     const auto changes = t.parts->indexes.plan(before, after);
     RowDraft draft(*t.definition, m_name);
     std::vector<std::pair<std::size_t, Bytes>> replaced; // items of old long values

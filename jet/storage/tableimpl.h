@@ -35,6 +35,7 @@ struct Table::Impl
 
     PageNumber page = 0;
     std::vector<std::uint16_t> requiredColumns; // ids
+    std::vector<std::uint16_t> filledColumns;   // ids, take no empty text
     std::uint64_t rollbacks = 0;                // of the pager when the rest was read
     std::unique_ptr<Definition> definition;
     RowShape shape;

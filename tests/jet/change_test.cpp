@@ -75,6 +75,56 @@ TEST_F(Change, RefusedStatementLeavesNothingBehind)
     EXPECT_EQ(db->rowCount("SPSTUD"), 5);
 }
 
+// Rows are checked one by one, so that a number may only move to where none is any more.
+TEST_F(Change, UniqueIndexesJudgeRowByRow)
+{
+    std::string message;
+    EXPECT_EQ(faultOf("UPDATE SPSTUD SET NOM = NOM + 1", &message), Fault::Duplicate);
+    EXPECT_NE(message.find("«NOM»"), std::string::npos) << message;
+    EXPECT_NE(message.find("«byNOM»"), std::string::npos) << message;
+    EXPECT_EQ(rows("SELECT NOM FROM SPSTUD ORDER BY ID"), "101; 102; 103; 104; 105");
+    EXPECT_EQ(execute("UPDATE SPSTUD SET NOM = NOM - 1"), 5);
+    EXPECT_EQ(faultOf("UPDATE SPSTUD SET NOM = 204 - NOM"), Fault::Duplicate);
+    EXPECT_EQ(execute("UPDATE SPSTUD SET NOM = NULL WHERE ID > 2"), 3) << "NULL clashes with none";
+    reopen();
+    EXPECT_EQ(rows("SELECT NOM FROM SPSTUD ORDER BY ID"), "100; 101; -; -; -");
+
+    execute("CREATE UNIQUE INDEX byName ON SPSTUD (FAM, IM DESC)");
+    EXPECT_EQ(faultOf("UPDATE SPSTUD SET FAM = \"ИВАНОВА \", IM = \"анна\" WHERE ID = 5", &message),
+              Fault::Duplicate);
+    EXPECT_NE(message.find("полей «FAM», «IM»"), std::string::npos) << message;
+    EXPECT_EQ(execute("UPDATE SPSTUD SET FAM = \"ИВАНОВА \", IM = NULL WHERE ID = 5"), 1);
+    EXPECT_EQ(faultOf("UPDATE SPSTUD SET FAM = \"иванова\", IM = NULL WHERE ID = 4"),
+              Fault::Duplicate)
+        << "one NULL of two does clash";
+    EXPECT_EQ(execute("UPDATE SPSTUD SET FAM = NULL, IM = NULL WHERE ID IN (3, 4)"), 2);
+    reopen();
+    EXPECT_EQ(rows("SELECT FAM, IM FROM SPSTUD ORDER BY ID"),
+              "Семёнов|Пётр; Иванова|Анна; -|-; -|-; ИВАНОВА |-");
+}
+
+// Hyphens need four bytes each in a key.
+TEST_F(Change, KeysThatFitNoPageUndoTheWholeStatement)
+{
+    execute("CREATE TABLE W (K LONG, A TEXT(255), B TEXT(255))");
+    execute("CREATE INDEX byAB ON W (A, B)");
+    for (const char* text : {"String(100, \"-\")", "String(255, \"-\")", "\"а\""})
+        execute(std::string("INSERT INTO W (A, B) VALUES (") + text + ", \"б\")");
+    std::string message;
+    EXPECT_EQ(faultOf("UPDATE W SET B = A & \"\", K = 1", &message), Fault::Limit);
+    EXPECT_NE(message.find("«byAB»"), std::string::npos) << message;
+    EXPECT_EQ(faultOf("INSERT INTO W (A, B) SELECT A, A FROM W"), Fault::Limit);
+    {
+        Transaction whole(*db);
+        EXPECT_EQ(execute("UPDATE W SET K = 7 WHERE A = \"а\""), 1);
+        EXPECT_EQ(faultOf("UPDATE W SET B = A, K = 2"), Fault::Limit);
+        whole.commit();
+    }
+    reopen();
+    EXPECT_EQ(rows("SELECT K, Len(A), B FROM W ORDER BY Len(A)"), "7|1|б; -|100|б; -|255|б");
+    EXPECT_EQ(rows("SELECT K FROM W WHERE A = \"А\" AND B = \"Б\""), "7");
+}
+
 TEST_F(Change, LookupsFollowEveryChange)
 {
     const auto find = [&](int group) {

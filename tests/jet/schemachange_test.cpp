@@ -1,4 +1,5 @@
 #include "jet/error.h"
+#include "jet/storage/properties.h"
 #include "jet/storage/store.h"
 #include "tests/jet/schemahelpers.h"
 #include "tests/support/outsidecheckers.h"
@@ -346,6 +347,45 @@ TEST_F(SchemaChange, RequiredFieldsRefuseNull)
     });
     change([&] { store->dropField("T", "B"); });
     insert("T", {4});
+    expectSound();
+}
+
+// Access stores the property as False unless told otherwise; SQL does not store it at all.
+TEST_F(SchemaChange, OnlyFieldsThatForbidEmptyTextsRefuseThem)
+{
+    change([&] { store->createTable({.name = "T", .fields = {text("A"), text("B"), memo("C")}}); });
+    insert("T", {"", "", ""});
+    Properties properties;
+    properties.setColumnFlag("A", "AllowZeroLength", true);
+    properties.setColumnFlag("B", "AllowZeroLength", false);
+    properties.setColumnFlag("C", "AllowZeroLength", false);
+    change([&] {
+        Table& objects = store->table("MSysObjects");
+        const auto column = [&](const char* name) {
+            return static_cast<std::size_t>(objects.definition().columnPosition(name));
+        };
+        for (TableScan scan = objects.scan(); scan.next();) {
+            std::vector<Value> row;
+            for (std::size_t i = 0; i < objects.definition().columns.size(); ++i)
+                row.push_back(scan.row().value(static_cast<int>(i)));
+            if (row[column("Name")] != Value("T"))
+                continue;
+            row[column("LvProp")] = properties.encode();
+            return objects.update(scan.row().pointer(), row);
+        }
+    });
+    reopen();
+    insert("T", {"", "b", Value()});
+    for (const std::vector<Value>& row :
+         {std::vector<Value>{"a", "", "c"}, std::vector<Value>{"a", "b", ""}})
+        expectRefused(Fault::NullValue, [&] { store->table("T").insert(row); });
+    std::vector<RowPointer> rows;
+    for (TableScan scan = store->table("T").scan(); scan.next();)
+        rows.push_back(scan.row().pointer());
+    change([&] { store->table("T").update(rows[0], std::vector<Value>{"x", "", ""}); });
+    expectRefused(Fault::NullValue, [&] {
+        store->table("T").update(rows[1], std::vector<Value>{"x", "", "c"});
+    });
     expectSound();
 }
 
