@@ -84,6 +84,10 @@ std::unique_ptr<jet::Database> openExisting(jet::FileSystem& files, const QStrin
     if (!files.exists(file) || QFileInfo(path).isDir())
         throw Refusal{u"Файл базы данных "_s + path + u" не найден!"_s};
     auto database = jet::Database::open(files, file, jet::OpenMode::Exclusive);
+    if (database->store().isOlderFormat())
+        throw Refusal{u"Файл базы данных "_s + path
+                      + u" сохранен в Access 95/97 и открывается только для чтения. Чтобы вести "
+                        "в нем журнал, сначала сожмите его: он получит нынешний формат."_s};
     database->store().setBeforeChange([called = false, call = hooks.beforeUpgrade]() mutable {
         if (call && !std::exchange(called, true))
             call();

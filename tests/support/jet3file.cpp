@@ -389,7 +389,7 @@ Bytes Jet3File::bytes()
                      {"Flags", 4, 4, 3},
                      {"LvProp", 11, 0, 2}},
                     {}};
-    const Table system[] = {
+    Table system[] = {
         {"MSysACEs",
          {{"ObjectId", 4, 4, 3}, {"SID", 9, 255, 2}, {"ACM", 4, 4, 3}, {"FInheritable", 1, 1, 3}},
          {{number(0x0F000001, 4), Bytes{0x03, 0x01}, number(0xF00FE, 4), Bytes()}}},
@@ -407,6 +407,8 @@ Bytes Jet3File::bytes()
     for (const Table& table : tables) {
         m_tablePages.push_back(addPage(2, 0));
         list({m_tablePages.back(), 0x0F000001, table.name, 1, 0}, table.properties);
+        system[0].rows.push_back(
+            {number(m_tablePages.back(), 4), Bytes{0x03, 0x01}, number(0xF00FE, 4), std::nullopt});
     }
     for (const Object& object : objects)
         list(object);
