@@ -2,7 +2,9 @@
 
 #include "fuzz/jet3base.h"
 #include "jet/database.h"
+#include "jet/error.h"
 #include "jet/storage/jet3/pages.h"
+#include "jet/storage/journal.h"
 #include "jet/storage/newdatabase.h"
 #include "jet/storage/pager.h"
 #include "jet/storage/rc4.h"
@@ -130,6 +132,26 @@ Base jet3Base(std::uint32_t databaseKey)
     return {jet3File(databaseKey), databaseKey, jet3::kPageSize};
 }
 
+// The system goes down at the first moment when the file is changed.
+Base halfWrittenBase()
+{
+    const Base whole = filledBase(0);
+    for (int operation = 0;; ++operation) {
+        test::MemoryFiles files;
+        files.setContent(kPath, whole.pages);
+        try {
+            const auto database = Database::open(files, kPath, OpenMode::Exclusive);
+            files.failAt(operation, test::MemoryFiles::Failure::ForGood);
+            database->execute("UPDATE SPSTUD SET MEMO = FAM & MEMO WHERE ID < 40");
+        } catch (const Error&) {
+            // As it must be.
+        }
+        files.failNever();
+        if (files.content(kPath) != whole.pages)
+            return {files.content(kPath), 0, kPageSize, files.content(journalPath(kPath))};
+    }
+}
+
 } // namespace
 
 Bytes fileOf(Bytes pages, std::uint32_t databaseKey, std::size_t pageSize)
@@ -146,7 +168,7 @@ Bytes fileOf(Bytes pages, std::uint32_t databaseKey, std::size_t pageSize)
 std::span<const Base> bases()
 {
     static const std::vector<Base> made = {filledBase(0), filledBase(kKey), emptyBase(),
-                                           jet3Base(0), jet3Base(kKey)};
+                                           jet3Base(0),   jet3Base(kKey),   halfWrittenBase()};
     return made;
 }
 

@@ -134,7 +134,7 @@ Index indexOf(const TableDef& table, std::uint8_t field, std::uint8_t kind)
 
 } // namespace
 
-Changes::Changes(FileSystem& files)
+Changes::Changes(test::MemoryFiles& files)
     : m_files(files)
     , m_database(Database::open(files, kFile, OpenMode::Exclusive))
 {}
@@ -163,11 +163,11 @@ void Changes::run(Input& input)
 
 void Changes::act(const Step& step)
 {
-    constexpr std::array<void (Changes::*)(const Step&), 13> kActions = {
+    constexpr std::array<void (Changes::*)(const Step&), 14> kActions = {
         &Changes::insert,      &Changes::update,    &Changes::erase,       &Changes::runStatement,
         &Changes::createTable, &Changes::dropTable, &Changes::appendField, &Changes::dropField,
         &Changes::createIndex, &Changes::dropIndex, &Changes::begin,       &Changes::end,
-        &Changes::reopen,
+        &Changes::reopen,      &Changes::failSoon,
     };
     (this->*kActions[step.action % kActions.size()])(step);
 }
@@ -278,12 +278,23 @@ void Changes::end(const Step& step)
         closeTransaction(step.first % 2 == 0);
 }
 
-void Changes::reopen(const Step&)
+void Changes::reopen(const Step& step)
 {
     while (!m_transactions.empty())
         closeTransaction(true);
     m_database.reset();
+    m_files.failNever();
+    m_files.powerCut(step.first);
     m_database = Database::open(m_files, kFile, OpenMode::Exclusive);
+}
+
+void Changes::failSoon(const Step& step)
+{
+    using enum test::MemoryFiles::Failure;
+    constexpr std::array<test::MemoryFiles::Failure, 3> kFailures = {Once, ForGood, NoRoom};
+    m_files.tearWrites(test::MemoryFiles::Tear::RandomSectors, step.second);
+    m_files.failAt(step.first % 64, kFailures[step.table % kFailures.size()],
+                   step.second % 2 == 0 ? Fault::Io : Fault::DiskFull);
 }
 
 void Changes::closeTransaction(bool commit)

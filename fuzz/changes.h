@@ -2,6 +2,7 @@
 
 #include "fuzz/input.h"
 #include "jet/database.h"
+#include "tests/support/memoryfiles.h"
 
 #include <memory>
 #include <string>
@@ -11,11 +12,12 @@ namespace jet::fuzz {
 
 // Runs a script of changes on the file kFile. Each step is four bytes: action, table, and two
 // that choose row, column or values. An action that ends with an Error does not end the script.
+// One of the actions makes the system fail soon; it then works again after a power cut.
 class Changes
 {
 public:
     // Throws Error where the file cannot be opened.
-    explicit Changes(FileSystem& files);
+    explicit Changes(test::MemoryFiles& files);
     ~Changes();
     Changes(const Changes&) = delete;
     Changes& operator=(const Changes&) = delete;
@@ -42,9 +44,10 @@ private:
     void begin(const Step& step);
     void end(const Step& step);
     void reopen(const Step& step);
+    void failSoon(const Step& step);
     void closeTransaction(bool commit);
 
-    FileSystem& m_files;
+    test::MemoryFiles& m_files;
     std::unique_ptr<Database> m_database;
     std::vector<std::unique_ptr<Transaction>> m_transactions; // the innermost last
 };

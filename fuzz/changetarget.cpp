@@ -18,8 +18,10 @@ void changeDamagedFile(ByteView bytes)
     Input input(bytes);
     const Damage damage = readDamage(input);
     test::MemoryFiles files;
-    files.setContent(kFile, damagedFile(damage, input));
+    placeDamaged(files, damage, input);
     attempt([&] { Changes(files).run(input); });
+    files.failNever();
+    files.powerCut(damage.base);
     reopen(files, damage.patches.empty() && !damage.isRaw());
 }
 

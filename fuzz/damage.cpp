@@ -1,6 +1,8 @@
 #include "fuzz/damage.h"
 
 #include "fuzz/bases.h"
+#include "fuzz/walk.h"
+#include "jet/storage/journal.h"
 #include "jet/storage/types.h"
 
 #include <algorithm>
@@ -10,7 +12,7 @@ namespace jet::fuzz {
 namespace {
 
 constexpr std::size_t kMaxPatches = 64;
-constexpr std::uint8_t kKinds = 5;
+constexpr std::uint8_t kKinds = 6;
 constexpr std::size_t kMaxPages = 255;
 
 Patch readPatch(std::uint8_t kind, Input& input)
@@ -19,7 +21,8 @@ Patch readPatch(std::uint8_t kind, Input& input)
     patch.kind = static_cast<Patch::Kind>(kind);
     patch.page = input.u8();
     switch (patch.kind) {
-    case Patch::Kind::Set: {
+    case Patch::Kind::Set:
+    case Patch::Kind::Journal: {
         patch.offset = input.u16();
         const ByteView bytes = input.take(input.u8());
         patch.bytes.assign(bytes.begin(), bytes.end());
@@ -75,6 +78,18 @@ void apply(const Patch& patch, Bytes& pages, std::size_t pageSize)
     }
 }
 
+void applyToJournal(const Patch& patch, Bytes& journal)
+{
+    const std::size_t at = patch.page * kPageSize + patch.offset % kPageSize;
+    if (at >= journal.size())
+        return;
+    const ByteSpan place = ByteSpan(journal).subspan(at);
+    if (patch.bytes.empty())
+        journal.resize(at);
+    else
+        std::copy_n(patch.bytes.begin(), std::min(patch.bytes.size(), place.size()), place.begin());
+}
+
 } // namespace
 
 Damage readDamage(Input& input)
@@ -100,7 +115,7 @@ Bytes encodeDamage(const Damage& damage)
             out.push_back(patch.otherPage);
         else if (patch.kind != Patch::Kind::Zero)
             add16(out, patch.offset);
-        if (patch.kind == Patch::Kind::Set)
+        if (patch.kind == Patch::Kind::Set || patch.kind == Patch::Kind::Journal)
             out.push_back(static_cast<std::uint8_t>(patch.bytes.size()));
         out.insert(out.end(), patch.bytes.begin(), patch.bytes.end());
     }
@@ -109,17 +124,25 @@ Bytes encodeDamage(const Damage& damage)
     return out;
 }
 
-Bytes damagedFile(const Damage& damage, Input& input)
+void placeDamaged(test::MemoryFiles& files, const Damage& damage, Input& input)
 {
     if (damage.isRaw()) {
         const ByteView rest = input.rest();
-        return {rest.begin(), rest.end()};
+        files.setContent(kFile, {rest.begin(), rest.end()});
+        return;
     }
     const Base& base = bases()[damage.base % bases().size()];
     Bytes pages = base.pages;
-    for (const Patch& patch : damage.patches)
-        apply(patch, pages, base.pageSize);
-    return fileOf(std::move(pages), base.databaseKey, base.pageSize);
+    Bytes journal = base.journal;
+    for (const Patch& patch : damage.patches) {
+        if (patch.kind == Patch::Kind::Journal)
+            applyToJournal(patch, journal);
+        else
+            apply(patch, pages, base.pageSize);
+    }
+    files.setContent(kFile, fileOf(std::move(pages), base.databaseKey, base.pageSize));
+    if (!base.journal.empty())
+        files.setContent(journalPath(kFile), std::move(journal));
 }
 
 } // namespace jet::fuzz

@@ -2,6 +2,7 @@
 
 #include "fuzz/input.h"
 #include "jet/value.h"
+#include "tests/support/memoryfiles.h"
 
 #include <vector>
 
@@ -15,9 +16,10 @@ namespace jet::fuzz {
 //   Copy   02, page to overwrite, page to take
 //   Zero   03, page
 //   Resize 04, pages of the file from now on, u16 bytes beyond them
+//   Journal 05, then as Set, in the journal that some bases have; n = 0 cuts it off there
 //
 // Pages are taken modulo the pages there are, offsets modulo the page. A kind from 0x80 on
-// ends the list; others count modulo 5.
+// ends the list; others count modulo 6.
 struct Patch
 {
     enum class Kind : std::uint8_t {
@@ -26,12 +28,13 @@ struct Patch
         Copy,
         Zero,
         Resize,
+        Journal,
     };
     Kind kind = Kind::Set;
     std::uint8_t page = 0;
     std::uint8_t otherPage = 0; // Copy
-    std::uint16_t offset = 0;   // Set, Flip; Resize: bytes beyond the pages
-    Bytes bytes = {};           // Set; Flip: one
+    std::uint16_t offset = 0;   // Set, Flip, Journal; Resize: bytes beyond the pages
+    Bytes bytes = {};           // Set, Journal; Flip: one
 };
 
 // What an input of the targets that damage files begins with: the number of the base, then
@@ -50,7 +53,7 @@ struct Damage
 // Leaves in `input` what follows the list.
 Damage readDamage(Input& input);
 Bytes encodeDamage(const Damage& damage);
-// The damaged file; of a raw one the rest of the input.
-Bytes damagedFile(const Damage& damage, Input& input);
+// Puts the damaged file, of a raw one the rest of the input, and its journal into `files`.
+void placeDamaged(test::MemoryFiles& files, const Damage& damage, Input& input);
 
 } // namespace jet::fuzz

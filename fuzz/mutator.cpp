@@ -68,7 +68,7 @@ Patch randomPatch(Random& random)
 {
     Patch patch;
     patch.page = randomPage(random);
-    const auto choice = random() % 24;
+    const auto choice = random() % 28;
     if (choice < 12) {
         patch.offset = randomOffset(random);
         patch.bytes = randomNumber(random);
@@ -81,6 +81,12 @@ Patch randomPatch(Random& random)
         patch.otherPage = randomPage(random);
     } else if (choice < 23) {
         patch.kind = Patch::Kind::Zero;
+    } else if (choice < 27) {
+        patch.kind = Patch::Kind::Journal;
+        patch.page = static_cast<std::uint8_t>(random() % 4 == 0 ? random() % 12 : 0);
+        patch.offset = randomOffset(random);
+        if (random() % 8 != 0)
+            patch.bytes = randomNumber(random);
     } else {
         patch.kind = Patch::Kind::Resize;
         patch.offset = random() % 8 == 0 ? 1 : 0;
@@ -107,7 +113,7 @@ void mutatePatches(std::vector<Patch>& patches, Random& random)
         place->offset = static_cast<std::uint16_t>(place->offset + random() % 9 - 4);
         break;
     default:
-        if (place->kind == Patch::Kind::Set)
+        if (place->kind == Patch::Kind::Set || place->kind == Patch::Kind::Journal)
             place->bytes = randomNumber(random);
         else
             *place = randomPatch(random);

@@ -17,7 +17,7 @@ void readDamagedFile(ByteView bytes)
     Input input(bytes);
     const Damage damage = readDamage(input);
     test::MemoryFiles files;
-    files.setContent(kFile, damagedFile(damage, input));
+    placeDamaged(files, damage, input);
     reopen(files, damage.patches.empty() && !damage.isRaw());
 }
 

@@ -71,7 +71,7 @@ void writeReadSeeds(Folder folder)
 
 void writeChangeSeeds(Folder folder)
 {
-    constexpr int kActions = 13;
+    constexpr int kActions = 14;
     std::uint8_t number = 0;
     for (const Damage& damage : someDamage()) {
         Bytes input = encodeDamage(damage);
