@@ -32,6 +32,14 @@ std::uint64_t offsetOf(PageNumber page)
     return std::uint64_t{page} * kPageSize;
 }
 
+Image combined(const Image& bytes, const Image& key)
+{
+    Image result;
+    for (std::size_t i = 0; i < kPageSize; ++i)
+        result[i] = static_cast<std::uint8_t>(bytes[i] ^ key[i]);
+    return result;
+}
+
 } // namespace
 
 // Invariants:
@@ -159,11 +167,11 @@ struct Pager::Impl
         JournalWriter journal(files, path, offsetOf(countBefore), offsetOf(cache.pageCount()),
                               static_cast<std::uint32_t>(originals.size()));
         for (const SavedPage& page : originals) {
-            Image before = page.bytes;
-            Image after = cache.find(page.number)->bytes;
-            code(page.number, before);
-            code(page.number, after);
-            journal.addChanged(page.number, before, after);
+            // Coding nothing gives the key stream, which serves both images of the page.
+            Image key{};
+            code(page.number, key);
+            journal.addChanged(page.number, combined(page.bytes, key),
+                               combined(cache.find(page.number)->bytes, key));
         }
         for (PageNumber number = countBefore; number < cache.pageCount(); ++number) {
             Image after = cache.find(number)->bytes;
