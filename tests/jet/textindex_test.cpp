@@ -308,7 +308,7 @@ std::string text(std::mt19937& random, int least, int most, int letters)
     return out;
 }
 
-Value orNull(std::mt19937& random, int oneIn, Value value)
+Value orNull(std::mt19937& random, int oneIn, const Value& value)
 {
     return below(random, oneIn) == 0 ? Value() : value;
 }
@@ -334,7 +334,7 @@ TableDef kinds()
                      index("mustR", {{"R", true}}),
                      index("byM", {{"M"}, {"T", true}})};
     table.indexes[0].primary = true;
-    for (const std::size_t i : {0, 3, 4, 6})
+    for (const std::size_t i : {0u, 3u, 4u, 6u})
         table.indexes[i].unique = true;
     table.indexes[5].ignoreNulls = table.indexes[6].ignoreNulls = true;
     table.indexes[0].required = table.indexes[7].required = true;

@@ -25,135 +25,137 @@ std::string times(std::string_view unit, int count)
     return out;
 }
 
+using namespace std::string_view_literals;
+
+constexpr std::string_view kShortTexts[] = {"",
+                                            " ",
+                                            "   ",
+                                            "-",
+                                            "--",
+                                            "'",
+                                            "\xC2\xAD",
+                                            "a",
+                                            "A",
+                                            "a ",
+                                            "a  ",
+                                            " a",
+                                            "á",
+                                            "Á",
+                                            "a\u0301",
+                                            "ä",
+                                            "aa",
+                                            "a-a",
+                                            "a'a",
+                                            "-aa",
+                                            "aa-",
+                                            "a a",
+                                            "b",
+                                            "co-op",
+                                            "coop",
+                                            "CO-OP",
+                                            "ss",
+                                            "ß",
+                                            "SS",
+                                            "sß",
+                                            "æ",
+                                            "Æ",
+                                            "ae",
+                                            "aé",
+                                            "æ-",
+                                            "ae-",
+                                            "œ",
+                                            "oe",
+                                            "þ",
+                                            "th",
+                                            "ñ",
+                                            "n",
+                                            "ø",
+                                            "o",
+                                            "z",
+                                            "1",
+                                            "2",
+                                            "10",
+                                            "01",
+                                            "²",
+                                            "1.5",
+                                            "1,5",
+                                            "½",
+                                            "_",
+                                            "#",
+                                            "[",
+                                            "]",
+                                            "*",
+                                            "?",
+                                            "%",
+                                            "!",
+                                            "~",
+                                            "«а»",
+                                            "\"а\"",
+                                            "е",
+                                            "Е",
+                                            "ё",
+                                            "Ё",
+                                            "е\u0308",
+                                            "еж",
+                                            "ёж",
+                                            "ежа",
+                                            "ёжа",
+                                            "Ежё",
+                                            "и",
+                                            "й",
+                                            "Й",
+                                            "и\u0306",
+                                            "і",
+                                            "ї",
+                                            "й ",
+                                            "я",
+                                            "Я",
+                                            "ь",
+                                            "ъ",
+                                            "э",
+                                            "семенов",
+                                            "Семёнов",
+                                            "СЕМЕНОВ ",
+                                            "ко-от",
+                                            "коот",
+                                            "Петрова-Водкина",
+                                            "Петрова Водкина",
+                                            "ПетроваВодкина",
+                                            "№ 1",
+                                            "№1",
+                                            "Ѐ",
+                                            "Ә",
+                                            "ӘЛ",
+                                            "л",
+                                            "\t",
+                                            "\n",
+                                            "\r\n",
+                                            "\x01",
+                                            "a\x01",
+                                            "\x7F",
+                                            "\xC2\xA0",
+                                            "a\xC2\xA0",
+                                            "–",
+                                            "—",
+                                            "…",
+                                            "€",
+                                            "α",
+                                            "Ά",
+                                            "ς",
+                                            "σ",
+                                            "\0"sv,
+                                            "a\0b"sv,
+                                            "ab"};
+
 // Texts that an index can hold.
 const std::vector<std::string>& indexedTexts()
 {
-    static const std::vector<std::string> all = {
-        "",
-        " ",
-        "   ",
-        "-",
-        "--",
-        "'",
-        "\xC2\xAD",
-        "a",
-        "A",
-        "a ",
-        "a  ",
-        " a",
-        "á",
-        "Á",
-        "a\u0301",
-        "ä",
-        "aa",
-        "a-a",
-        "a'a",
-        "-aa",
-        "aa-",
-        "a a",
-        "b",
-        "co-op",
-        "coop",
-        "CO-OP",
-        "ss",
-        "ß",
-        "SS",
-        "sß",
-        "æ",
-        "Æ",
-        "ae",
-        "aé",
-        "æ-",
-        "ae-",
-        "œ",
-        "oe",
-        "þ",
-        "th",
-        "ñ",
-        "n",
-        "ø",
-        "o",
-        "z",
-        "1",
-        "2",
-        "10",
-        "01",
-        "²",
-        "1.5",
-        "1,5",
-        "½",
-        "_",
-        "#",
-        "[",
-        "]",
-        "*",
-        "?",
-        "%",
-        "!",
-        "~",
-        "«а»",
-        "\"а\"",
-        "е",
-        "Е",
-        "ё",
-        "Ё",
-        "е\u0308",
-        "еж",
-        "ёж",
-        "ежа",
-        "ёжа",
-        "Ежё",
-        "и",
-        "й",
-        "Й",
-        "и\u0306",
-        "і",
-        "ї",
-        "й ",
-        "я",
-        "Я",
-        "ь",
-        "ъ",
-        "э",
-        "семенов",
-        "Семёнов",
-        "СЕМЕНОВ ",
-        "ко-от",
-        "коот",
-        "Петрова-Водкина",
-        "Петрова Водкина",
-        "ПетроваВодкина",
-        "№ 1",
-        "№1",
-        "Ѐ",
-        "Ә",
-        "ӘЛ",
-        "л",
-        "\t",
-        "\n",
-        "\r\n",
-        "\x01",
-        "a\x01",
-        "\x7F",
-        "\xC2\xA0",
-        "a\xC2\xA0",
-        "–",
-        "—",
-        "…",
-        "€",
-        "α",
-        "Ά",
-        "ς",
-        "σ",
-        std::string("\0", 1),
-        std::string("a\0b", 3),
-        "ab",
-        times("ж", 255),
-        times("Ж", 254) + "з",
-        times("Ж", 254),
-        times("-", 255),
-        times("ё", 255),
-    };
+    static const std::vector<std::string> all = [] {
+        std::vector<std::string> texts(std::begin(kShortTexts), std::end(kShortTexts));
+        texts.insert(texts.end(), {times("ж", 255), times("Ж", 254) + "з", times("Ж", 254),
+                                   times("-", 255), times("ё", 255)});
+        return texts;
+    }();
     return all;
 }
 
@@ -301,6 +303,7 @@ protected:
     static std::vector<Bytes> keysOf(const std::vector<std::string>& texts)
     {
         std::vector<Bytes> keys;
+        keys.reserve(texts.size());
         for (const std::string& text : texts)
             keys.push_back(generalSortKey(text));
         return keys;
@@ -348,26 +351,22 @@ TEST_F(TextOrder, JoinsAndSubqueriesFindEqualTexts)
     const char* const sides[][2] = {{"A", "A"}, {"A", "B"}, {"B", "A"}, {"B", "M"}, {"M", "B"}};
     for (const auto& [first, second] : sides) {
         const Pairs wanted = expected(first, second, equal);
-        const std::string p = first;
-        const std::string q = second;
-        for (const std::string& sql : {
-                 "SELECT P.K, Q.K FROM " + p + " AS P INNER JOIN " + q + " AS Q ON P.T = Q.T",
-                 "SELECT P.K, Q.K FROM " + p + " AS P LEFT JOIN " + q
-                     + " AS Q ON P.T = Q.T WHERE Q.K IS NOT NULL",
-                 "SELECT P.K, Q.K FROM " + p + " AS P INNER JOIN (SELECT DISTINCT K, T FROM " + q
-                     + ") AS Q ON P.T = Q.T",
-                 "SELECT P.K, Q.K FROM (SELECT K, T & \"\" AS T FROM " + p
-                     + " WHERE K >= 0) AS P INNER JOIN " + q + " AS Q ON P.T = Q.T",
-                 "SELECT P.K, Q.K FROM " + p + " AS P, " + q
-                     + " AS Q WHERE P.T IN (SELECT R.T FROM " + q + " AS R WHERE R.K = Q.K)",
-                 "SELECT P.K, Q.K FROM " + p + " AS P, " + q
-                     + " AS Q WHERE P.T & \"\" IN (SELECT R.T FROM " + q
-                     + " AS R WHERE R.K = Q.K AND R.K >= 0) AND P.K >= 0",
-                 "SELECT P.K, Q.K FROM " + p + " AS P, " + q
-                     + " AS Q WHERE EXISTS (SELECT R.K FROM " + p
-                     + " AS R WHERE R.K = P.K AND R.T = Q.T)",
-             })
+        for (
+            const char* form : {
+                "^ AS P INNER JOIN ~ AS Q ON P.T = Q.T",
+                "^ AS P LEFT JOIN ~ AS Q ON P.T = Q.T WHERE Q.K IS NOT NULL",
+                "^ AS P INNER JOIN (SELECT DISTINCT K, T FROM ~) AS Q ON P.T = Q.T",
+                "(SELECT K, T & \"\" AS T FROM ^ WHERE K >= 0) AS P INNER JOIN ~ AS Q ON P.T = Q.T",
+                "^ AS P, ~ AS Q WHERE P.T IN (SELECT R.T FROM ~ AS R WHERE R.K = Q.K)",
+                "^ AS P, ~ AS Q WHERE P.K >= 0 AND P.T & \"\" IN (SELECT R.T FROM ~ AS R WHERE R.K "
+                "= Q.K AND R.K >= 0)",
+                "^ AS P, ~ AS Q WHERE EXISTS (SELECT R.K FROM ^ AS R WHERE R.K = P.K AND R.T = "
+                "Q.T)",
+            }) {
+            const std::string sql =
+                "SELECT P.K, Q.K FROM " + replaced(replaced(form, '^', first), '~', second);
             EXPECT_TRUE(samePairs(pairs(sql), wanted)) << sql;
+        }
     }
 }
 
@@ -382,12 +381,14 @@ TEST_F(TextOrder, LiteralsCompareAsTheKeys)
                 const std::string condition =
                     replaced(replaced(way.condition, 'Y', quoted(text)), 'X', "T");
                 std::vector<std::int64_t> wanted;
+                wanted.reserve(texts.size());
                 for (std::size_t i = 0; i < texts.size(); ++i) {
                     if (way.holds(byKeys(texts[i], text)))
                         wanted.push_back(static_cast<std::int64_t>(i));
                 }
-                const std::string sql =
-                    "SELECT K FROM " + table + " WHERE K >= 0 AND " + condition + " ORDER BY K";
+                const std::string sql = replaced(
+                    replaced("SELECT K FROM ^ WHERE K >= 0 AND (~) ORDER BY K", '^', table), '~',
+                    condition);
                 EXPECT_EQ(numbers(sql), wanted) << sql;
             }
         }
@@ -413,16 +414,17 @@ TEST_F(TextOrder, SortingGroupingAndExtremesFollowTheKeys)
                 }
             }
             const auto distinct = static_cast<std::int64_t>(classes(texts));
-            const std::string from = " FROM " + table + " WHERE K >= 0";
-            const std::string selected = std::string("SELECT ") + key + " AS V" + from;
-            for (const std::string& sql : {
-                     std::string("SELECT DISTINCT ") + key + from,
-                     std::string("SELECT Count(*)") + from + " GROUP BY " + key,
-                     selected + " UNION " + selected,
-                     selected + " UNION SELECT T & \"\" AS V" + from,
-                     "SELECT DISTINCT V FROM (" + selected + ") AS S",
-                 })
+            for (const char* form : {
+                     "SELECT DISTINCT ~ FROM ^ WHERE K >= 0",
+                     "SELECT Count(*) FROM ^ WHERE K >= 0 GROUP BY ~",
+                     "SELECT ~ AS V FROM ^ WHERE K >= 0 UNION SELECT ~ AS V FROM ^ WHERE K >= 0",
+                     "SELECT ~ AS V FROM ^ WHERE K >= 0 UNION SELECT T & \"\" AS V FROM ^ WHERE K "
+                     ">= 0",
+                     "SELECT DISTINCT V FROM (SELECT ~ AS V FROM ^ WHERE K >= 0) AS S",
+                 }) {
+                const std::string sql = replaced(replaced(form, '~', key), '^', table);
                 EXPECT_EQ(db->count(sql), distinct) << sql;
+            }
         }
     }
 }
