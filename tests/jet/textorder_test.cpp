@@ -418,8 +418,7 @@ TEST_F(TextOrder, SortingGroupingAndExtremesFollowTheKeys)
                      "SELECT DISTINCT ~ FROM ^ WHERE K >= 0",
                      "SELECT Count(*) FROM ^ WHERE K >= 0 GROUP BY ~",
                      "SELECT ~ AS V FROM ^ WHERE K >= 0 UNION SELECT ~ AS V FROM ^ WHERE K >= 0",
-                     "SELECT ~ AS V FROM ^ WHERE K >= 0 UNION SELECT T & \"\" AS V FROM ^ WHERE K "
-                     ">= 0",
+                     "SELECT ~ AS V FROM ^ WHERE K >= 0 UNION SELECT T & '' FROM ^ WHERE K >= 0",
                      "SELECT DISTINCT V FROM (SELECT ~ AS V FROM ^ WHERE K >= 0) AS S",
                  }) {
                 const std::string sql = replaced(replaced(form, '~', key), '^', table);
