@@ -45,7 +45,7 @@ Peer::Peer(jet::Database& journal, const std::filesystem::path& path)
     for (const char* table : {"POS", "USP", "SPSTUD", "UROKI", "SPNAGR"})
         copyTable(journal, table);
     for (const char* column : {"POS(ID)", "POS(DAT)", "SPSTUD(ID)", "SPSTUD(IDG)", "UROKI(IDG)",
-                               "UROKI(DAT)", "SPNAGR(IDP)", "SPNAGR(IDG)"})
+                               "UROKI(DAT)", "UROKI(IDP)", "SPNAGR(IDP)", "SPNAGR(IDG)"})
         addIndex(column);
     execute("ANALYZE");
 }

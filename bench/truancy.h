@@ -9,7 +9,7 @@ namespace bench {
 struct Bench;
 
 // Cells of the truancy reports, one query a cell as the reports define them, by each of the
-// rules: all teachers on one date, all groups on one date, all teachers beside one group.
+// rules: teachers on one date, groups on one date, teachers beside one group in a month.
 std::vector<Comparison> truancy(Bench& bench);
 
 } // namespace bench
