@@ -6,6 +6,7 @@
 #include "jet/sql/functions.h"
 #include "jet/sql/outerjoins.h"
 #include "jet/sql/sqliteerror.h"
+#include "jet/text.h"
 
 #include <new>
 #include <utility>
@@ -42,6 +43,19 @@ std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)> connect()
     return connection;
 }
 
+// The engine keeps its own tables; a row less in the catalogue is a table lost.
+void requireChangeable(Store& store, const Translation& change)
+{
+    if (change.kind != StatementKind::Insert && change.kind != StatementKind::Update
+        && change.kind != StatementKind::Delete)
+        return;
+    for (const CatalogueObject& object : store.objects()) {
+        if (object.isLocalTable() && (object.flags & objectflag::kEngineSystem) != 0
+            && sameName(object.name, change.table))
+            throw Error(Fault::Unsupported, "системную таблицу изменить нельзя", object.name);
+    }
+}
+
 } // namespace
 
 Engine::Engine(Store& store)
@@ -71,6 +85,7 @@ StatementCache::Pointer Engine::prepare(std::string_view text)
     Statement tree = parse(text);
     simplifyOuterJoins(tree);
     statement->translation = translate(tree, m_schema);
+    requireChangeable(m_store, statement->translation);
     statement->listsRows = RowList::isEnoughFor(tree);
     if (statement->translation.sqlite.empty())
         return statement;

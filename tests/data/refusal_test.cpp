@@ -1,5 +1,6 @@
 #include "data/convert.h"
 #include "data/journal.h"
+#include "jet/storage/store.h"
 #include "tests/data/olderfile.h"
 #include "tests/support/scriptedprompt.h"
 
@@ -22,6 +23,25 @@ void expectRefusal(const OlderFile& file, const QString& message)
     EXPECT_EQ(Journal::openAndCheck(file.name(), false, prompt), nullptr);
     EXPECT_TRUE(file.bytes() == before) << "the refused file was changed";
     EXPECT_EQ(file.leftovers(), std::vector<std::string>{});
+}
+
+// Makes the catalogue call a table a stored query, as Access keeps one.
+void makeQuery(jet::Store& store, const std::string& table)
+{
+    jet::StatementScope statement(store);
+    jet::Table& objects = store.table("MSysObjects");
+    const jet::Definition& definition = objects.definition();
+    std::vector<jet::Value> values(definition.columns.size());
+    jet::RowPointer pointer;
+    for (jet::TableScan rows = objects.scan(); pointer.isNull() && rows.next();) {
+        if (rows.row().value(definition.columnPosition("Name")) == jet::Value(table))
+            pointer = rows.row().pointer();
+        for (std::size_t i = 0; i < values.size(); ++i)
+            values[i] = rows.row().value(static_cast<int>(i));
+    }
+    values[static_cast<std::size_t>(definition.columnPosition("Type"))] = 5;
+    objects.update(pointer, values);
+    statement.done();
 }
 
 struct Fault
@@ -119,9 +139,8 @@ TEST(Refusal, ATableWhoseNameIsTakenIsMissing)
     OlderFile file;
     file.removeTable("SPTIPZ");
     file.write([](jet::Database& database) {
-        // A stored query under the table's name, as Access keeps it in its catalogue.
         database.execute("CREATE TABLE SPTIPZ (A INTEGER)");
-        database.execute("UPDATE MSysObjects SET Type = 5 WHERE Name = \"SPTIPZ\"");
+        makeQuery(database.store(), "SPTIPZ");
     });
     expectRefusal(file, u"Обнаружены ошибки в структуре файла базы данных! Отсутствует таблица: "
                         "SPTIPZ. Продолжение работы с этим файлом невозможно."_s);

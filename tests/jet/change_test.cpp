@@ -293,6 +293,22 @@ TEST_F(Change, ReadOnlyRefusesEveryChange)
     EXPECT_EQ(rows("SELECT Count(*) FROM POS"), "4");
 }
 
+TEST_F(Change, TablesOfTheEngineStayAsTheyAre)
+{
+    const std::string before = rows("SELECT Count(*) FROM MSysObjects");
+    const char* const refused[] = {
+        "DELETE FROM MSysObjects",
+        "UPDATE msysobjects SET Name = \"X\" WHERE Name = \"POS\"",
+        "INSERT INTO MSysACEs (ACM) VALUES (1)",
+        "UPDATE POS INNER JOIN MSysQueries ON POS.ID = MSysQueries.ObjectId SET [Order] = 1",
+        "CREATE INDEX NEW ON MSysObjects (Type)",
+        "DROP TABLE MSysQueries",
+    };
+    for (const char* statement : refused)
+        EXPECT_EQ(faultOf(statement), Fault::Unsupported) << statement;
+    EXPECT_EQ(rows("SELECT Count(*) FROM MSysObjects"), before);
+}
+
 TEST_F(Change, InsertWithoutSql)
 {
     const std::vector<std::pair<std::string, Value>> row{
