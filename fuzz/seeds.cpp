@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-// Writes inputs to start from: fuzz_seeds FOLDER makes FOLDER/read, change and sql.
+// Writes inputs to start from: fuzz_seeds FOLDER makes FOLDER/read, change, compact and sql.
 
 namespace jet::fuzz {
 
@@ -122,6 +122,7 @@ try {
     }
     const std::filesystem::path folder = argv[1];
     jet::fuzz::writeReadSeeds(jet::fuzz::Folder(folder / "read"));
+    jet::fuzz::writeReadSeeds(jet::fuzz::Folder(folder / "compact"));
     jet::fuzz::writeChangeSeeds(jet::fuzz::Folder(folder / "change"));
     jet::fuzz::writeSqlSeeds(jet::fuzz::Folder(folder / "sql"), JURNAL_FUZZ_STATEMENTS);
     return 0;

@@ -12,6 +12,8 @@ void readDamagedFile(ByteView input);
 // Opens a damaged file, changes rows and definitions, reopens it and reads it. Where nothing
 // was damaged, the deep check must find nothing harmful in the result.
 void changeDamagedFile(ByteView input);
+// Saves what there is in a damaged file into a new one, which must be sound.
+void compactDamagedFile(ByteView input);
 // Runs lines of Jet SQL on a sound file, and checks it the same way.
 void runStatements(ByteView input);
 

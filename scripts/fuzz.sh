@@ -29,9 +29,10 @@ run() {
 declare -A jobs
 run read & jobs[read]=$!
 run change & jobs[change]=$!
+run compact & jobs[compact]=$!
 run sql -dict=fuzz/sql.dict & jobs[sql]=$!
 failed=0
-for target in read change sql; do
+for target in read change compact sql; do
     if wait "${jobs[$target]}"; then
         grep -E '^#[0-9]+.*DONE' "$folder/$target.log" | sed "s/^/fuzz_$target: /"
     else

@@ -48,6 +48,11 @@ TEST(FuzzRegression, DamagedFilesAreChangedOrRefused)
     replay("change", fuzz::changeDamagedFile);
 }
 
+TEST(FuzzRegression, DamagedFilesAreCompactedOrRefused)
+{
+    replay("compact", fuzz::compactDamagedFile);
+}
+
 TEST(FuzzRegression, StatementsLeaveASoundFile)
 {
     replay("sql", fuzz::runStatements);

@@ -22,8 +22,7 @@ bool inOrder(const IndexEntry& a, const IndexEntry& b)
 
 IndexCopy::IndexCopy(Pager& target, PageAllocator& allocator, Definition& fresh,
                      const std::string& table, Losses& losses)
-    : m_target(target)
-    , m_allocator(allocator)
+    : m_allocator(allocator)
     , m_fresh(fresh)
     , m_table(table)
     , m_losses(losses)

@@ -52,7 +52,6 @@ private:
     void remove(std::size_t index);
     std::string nameOf(std::size_t index) const;
 
-    Pager& m_target;
     PageAllocator& m_allocator;
     Definition& m_fresh;
     const std::string& m_table;
