@@ -148,9 +148,10 @@ Place findProperties(Pager& p)
     const Bytes mark = {'M', 'R', '2', 0};
     for (PageNumber number = 2; number < p.pageCount(); ++number) {
         const PageRef page = p.read(number);
-        const auto found = std::ranges::search(page.bytes(), mark);
-        if (!found.empty())
-            return {number, static_cast<int>(found.begin() - page.bytes().begin())};
+        const ByteView bytes = page.bytes();
+        const auto found = std::search(bytes.begin(), bytes.end(), mark.begin(), mark.end());
+        if (found != bytes.end())
+            return {number, static_cast<int>(found - bytes.begin())};
     }
     return {};
 }
