@@ -175,8 +175,15 @@ TEST_F(Transactions, AnyFailingOperationLeavesBeforeOrAfter)
                 EXPECT_EQ(store->describe("T").fields.size(), 3u);
             }
             open();
-            if (failed) {
+            // A disk that dies after the last page has been written leaves the step done.
+            const bool mayBeDone = failure == MemoryFiles::Failure::ForGood;
+            if (failed && !(mayBeDone && store->findTable("U"))) {
                 ASSERT_EQ(files.content(kPath), before) << n;
+                continue;
+            }
+            if (failed) {
+                EXPECT_EQ(store->table("T").countRows(), 60) << n;
+                EXPECT_EQ(store->describe("T").fields.size(), 2u) << n;
                 continue;
             }
             EXPECT_NE(store->findTable("U"), nullptr);
