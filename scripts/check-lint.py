@@ -24,7 +24,7 @@ BATCH = 10
 def sources(names):
     if names:
         return [os.path.abspath(name) for name in names]
-    listed = subprocess.run(["git", "ls-files", "*.cpp", ":!tests", ":!bench", ":!fuzz", ":!*windows*.cpp"],
+    listed = subprocess.run(["git", "ls-files", "*.cpp", ":!tests", ":!bench", ":!fuzz", ":!examples", ":!*windows*.cpp"],
                             cwd=ROOT, check=True, capture_output=True, text=True).stdout.split()
     return [os.path.join(ROOT, name) for name in listed]
 
