@@ -19,7 +19,7 @@ std::string memo(int number)
 std::string row(int number)
 {
     return "INSERT INTO LOG (N, T, M) VALUES (" + std::to_string(number) + ", \"строка "
-           + std::to_string(number * 7919 % 1000) + "\", " + memo(number) + ")";
+           + std::to_string(number % 1000 * 7919 % 1000) + "\", " + memo(number) + ")";
 }
 
 void changeDefinitions(Database& db, int number)

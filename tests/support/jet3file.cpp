@@ -20,8 +20,8 @@ constexpr unsigned kMoved = 0x4000, kDataOfMoved = 0x8000, kDeleted = 0xC000;
 
 void add(Bytes& out, std::uint64_t value, std::size_t size)
 {
-    for (std::size_t i = 0; i < size; ++i)
-        out.push_back(static_cast<std::uint8_t>(value >> 8 * i));
+    for (; size > 0; --size, value >>= 8)
+        out.push_back(static_cast<std::uint8_t>(value));
 }
 
 void append(Bytes& out, const Bytes& more)
