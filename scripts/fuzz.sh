@@ -20,7 +20,7 @@ run() {
     local target=$1
     shift
     mkdir -p "$folder/corpus/$target" "$folder/found"
-    "$programs/fuzz_$target" -seed=1 -max_total_time="$seconds" -max_len=1200 -timeout=10 \
+    "$programs/fuzz_$target" -seed=1 -max_total_time="$seconds" -max_len=1200 -timeout=30 \
         -rss_limit_mb=2048 -entropic=0 -print_final_stats=1 -artifact_prefix="$folder/found/$target-" "$@" \
         "$folder/corpus/$target" "$folder/seeds/$target" "fuzz/regressions/$target" \
         >"$folder/$target.log" 2>&1
