@@ -1,6 +1,7 @@
 #include "journals/attendancequeries.h"
 
 #include "data/convert.h"
+#include "data/holidays.h"
 #include "data/settingsrow.h"
 #include "jet/database.h"
 #include "jet/sqltext.h"
@@ -75,19 +76,11 @@ std::pair<QDate, QDate> workloadPeriod(jet::Database& database,
     return {data::toDate(rows.value(0)), data::toDate(rows.value(1))};
 }
 
-// Days and months of the holidays.
-std::set<std::pair<int, int>> holidays(jet::Database& database)
-{
-    std::set<std::pair<int, int>> days;
-    auto rows = database.query("SELECT [DAY], [MN] FROM HOLI;");
-    while (rows.next())
-        days.emplace(static_cast<int>(rows.integer(0)), static_cast<int>(rows.integer(1)));
-    return days;
-}
-
 void markDaysOff(jet::Database& database, std::vector<AttendanceColumn>& columns)
 {
-    const auto free = holidays(database);
+    std::set<std::pair<int, int>> free;
+    for (const data::Holiday& holiday : data::readHolidays(database))
+        free.emplace(holiday.day, holiday.month);
     for (AttendanceColumn& column : columns)
         column.dayOff = column.date.dayOfWeek() == Qt::Sunday
                         || free.contains({column.date.day(), column.date.month()});
