@@ -9,7 +9,9 @@
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <utility>
 
 namespace shell {
 
@@ -43,6 +45,18 @@ public:
     void openJournal(std::unique_ptr<data::Journal> journal);
     void closeJournal();
 
+    // To be called before an action that changes much at once, such as an import or automatic
+    // finals: a copy of the file is made. `action` follows "перед", as "импортом занятий".
+    // False when the user would rather not go on. Requires isOpen().
+    bool beforeMassAction(const QString& action)
+    {
+        return !m_massActionGuard || m_massActionGuard(action);
+    }
+    void setMassActionGuard(std::function<bool(const QString& action)> guard)
+    {
+        m_massActionGuard = std::move(guard);
+    }
+
     const Wording& wording() const { return m_wording; }
     const SignedIn& user() const { return m_user; }
     void signIn(SignedIn user);
@@ -71,6 +85,7 @@ private:
     SignedIn m_user;
     std::unique_ptr<data::Journal> m_journal;
     data::SettingsRow m_settings;
+    std::function<bool(const QString& action)> m_massActionGuard;
 };
 
 } // namespace shell

@@ -11,7 +11,7 @@ namespace shell {
 
 namespace {
 
-constexpr qsizetype kRecentFiles = 3;
+constexpr qsizetype kRecentFiles = 10;
 
 struct Row
 {

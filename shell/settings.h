@@ -65,10 +65,11 @@ public:
     // The wording that the setting School asks for.
     Wording wording() const;
 
-    // Most recent first, at most three.
+    // Most recent first, at most ten.
     QStringList recentFiles() const;
     void addRecentFile(const QString& path);
     void removeRecentFile(const QString& path);
+    void clearRecentFiles() { store(Setting::RecentFiles, QStringList()); }
 
     // What the program remembers by itself, such as window and column sizes ("frmHPos/columns").
     QByteArray remembered(const QString& name) const;

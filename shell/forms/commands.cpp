@@ -47,9 +47,7 @@ void Commands::bindJournal(QAction* action, JournalAction what)
 void Commands::refresh(bool fileOpen, QWidget* activeChild)
 {
     for (const Bound& bound : m_bound) {
-        bound.action->setEnabled(bound.needs == Needs::Nothing
-                                 || (bound.needs == Needs::OpenFile && fileOpen)
-                                 || (bound.needs == Needs::ChildWindow && activeChild != nullptr));
+        bound.action->setEnabled(mayBeDone(bound.needs, fileOpen, activeChild));
     }
     auto* journal = qobject_cast<JournalActions*>(activeChild);
     if (journal != m_journal) {
@@ -63,10 +61,30 @@ void Commands::refresh(bool fileOpen, QWidget* activeChild)
     refreshJournal();
 }
 
+bool Commands::mayBeDone(Needs needs, bool fileOpen, const QWidget* activeChild) const
+{
+    switch (needs) {
+    case Needs::OpenFile:
+        return fileOpen;
+    case Needs::WritableFile:
+        return fileOpen && m_writable;
+    case Needs::NotReadOnly:
+        return !fileOpen || m_writable;
+    case Needs::ChildWindow:
+        return activeChild != nullptr;
+    case Needs::Nothing:
+        break;
+    }
+    return true;
+}
+
 void Commands::refreshJournal()
 {
     for (const JournalBound& bound : m_journalBound) {
-        bound.action->setEnabled(m_journal && m_journal->available(bound.what));
+        const bool reads =
+            bound.what == JournalAction::Refresh || bound.what == JournalAction::Print;
+        bound.action->setEnabled((reads || m_writable) && m_journal
+                                 && m_journal->available(bound.what));
     }
 }
 

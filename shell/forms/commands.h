@@ -17,7 +17,13 @@ namespace shell {
 class Prompt;
 
 // What must be there for a command to be enabled.
-enum class Needs { Nothing, OpenFile, ChildWindow };
+enum class Needs {
+    Nothing,
+    OpenFile,
+    WritableFile, // open, and not for reading only
+    NotReadOnly,  // no file, or a writable one
+    ChildWindow,
+};
 
 // Ties the menu's actions to what carries them out and keeps them enabled exactly while
 // they can do something. An action that is tied to nothing is disabled, not missing.
@@ -34,6 +40,8 @@ public:
     // The action goes to the active journal.
     void bindJournal(QAction* action, JournalAction what);
 
+    // Whether the open file may be changed; in force from the next refresh().
+    void setWritable(bool writable) { m_writable = writable; }
     // To be called when the file, the active child window or the tied commands change.
     void refresh(bool fileOpen, QWidget* activeChild);
 
@@ -50,7 +58,10 @@ private:
     };
     void refreshJournal();
 
+    bool mayBeDone(Needs needs, bool fileOpen, const QWidget* activeChild) const;
+
     Prompt& m_prompt;
+    bool m_writable = true;
     std::vector<Bound> m_bound;
     std::vector<JournalBound> m_journalBound;
     QPointer<JournalActions> m_journal; // the active child window, if it is a journal

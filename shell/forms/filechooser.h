@@ -1,8 +1,26 @@
 #pragma once
 
+#include "shell/files/archive.h"
+#include "shell/files/drives.h"
+
 #include <QString>
 
+#include <optional>
+
 namespace shell {
+
+class Prompt;
+
+enum class DriveAim { CopyTo, RestoreFrom };
+
+// What a removable drive is wanted for.
+struct DriveRequest
+{
+    DriveAim aim;
+    const Drives& drives;
+    QString fileName; // of the journal, "" when none is open
+    qint64 bytes = 0; // that have to find room
+};
 
 // The door for choosing files: dialogs in the program, prepared answers in tests.
 class FileChooser
@@ -13,6 +31,14 @@ public:
     virtual QString openJournal(const QString& folder) = 0;
     // The path for a new journal file with its extension, "" when cancelled.
     virtual QString newJournal(const QString& folder) = 0;
+    // The path to save a journal under, "" when cancelled. The user has agreed that a file of
+    // that name is replaced.
+    virtual QString saveJournal(const QString& folder, const QString& name) = 0;
+    // The path on a removable drive to copy to or from, "" when cancelled.
+    virtual QString fileOnDrive(const DriveRequest& request) = 0;
+    // The copy to restore. `journal` is the file whose copies are listed, "" for all.
+    virtual std::optional<ArchivedCopy> archivedCopy(const Archive& archive, const QString& journal,
+                                                     Prompt& prompt) = 0;
     // Shows the file in the system's file manager; false when there is none.
     virtual bool reveal(const QString& path) = 0;
 };

@@ -1,6 +1,11 @@
 #include "shell/forms/filecommands.h"
 
+#include "data/convert.h"
 #include "data/journal.h"
+#include "jet/error.h"
+#include "shell/files/filetexts.h"
+#include "shell/files/locknote.h"
+#include "shell/files/snapshot.h"
 #include "shell/forms/filechooser.h"
 #include "shell/forms/runcommand.h"
 #include "shell/session.h"
@@ -64,13 +69,8 @@ bool FileCommands::create()
 
 bool FileCommands::create(const QString& path)
 {
-    bool done = false;
-    const bool ran = runCommand(m_prompt, kNotCreated,
-                                [&] { done = !path.isEmpty() && take(path, Way::Create); });
-    if (ran && !done) {
-        m_prompt.exclamation(kNotCreated);
-    }
-    return done;
+    return finishCommand(m_prompt, kNotCreated,
+                         [&] { return !path.isEmpty() && take(path, Way::Create); });
 }
 
 bool FileCommands::open()
@@ -81,12 +81,14 @@ bool FileCommands::open()
 bool FileCommands::open(const QString& path, Access access)
 {
     const Way way = access == Access::Full ? Way::Open : Way::OpenReadOnly;
-    bool done = false;
-    const bool ran =
-        runCommand(m_prompt, kNotOpened, [&] { done = !path.isEmpty() && take(path, way); });
-    if (ran && !done) {
-        m_prompt.exclamation(kNotOpened);
-    }
+    return finishCommand(m_prompt, kNotOpened, [&] { return !path.isEmpty() && take(path, way); });
+}
+
+bool FileCommands::openAs(const SignedIn& user, const QString& path, Access access)
+{
+    m_sameUser = user;
+    const bool done = open(path, access);
+    m_sameUser.reset();
     return done;
 }
 
@@ -98,6 +100,14 @@ bool FileCommands::close()
     m_session.closeJournal();
     m_status.show(u"Файл базы данных закрыт."_s);
     return true;
+}
+
+bool FileCommands::reload()
+{
+    const QString path = m_session.journal().path();
+    const SignedIn user = m_session.user();
+    const bool readOnly = m_session.database().readOnly();
+    return close() && openAs(user, path, readOnly ? Access::ReadOnly : Access::Full);
 }
 
 bool FileCommands::reveal()
@@ -136,13 +146,58 @@ bool FileCommands::buildDemo(const QString& path)
 
 std::unique_ptr<data::Journal> FileCommands::journalAt(const QString& path, Way way)
 {
+    std::optional<jet::Error> refusal;
+    data::OpenHooks hooks;
+    hooks.beforeUpgrade = [&] {
+        if (!m_beforeUpgrade(path)) {
+            throw jet::Error(jet::Fault::ReadOnly, "обновление файла отменено");
+        }
+    };
+    hooks.failed = [&](const jet::Error& error) {
+        const bool held = error.fault() == jet::Fault::Locked && way != Way::Create;
+        const bool guarded = error.fault() == jet::Fault::Permission && way == Way::Open;
+        if (held || guarded) {
+            refusal = error;
+        }
+        return held || guarded;
+    };
+    std::unique_ptr<data::Journal> journal;
+    {
+        const WaitCursor wait;
+        m_status.show(way == Way::Create ? u"Создание базы данных..."_s
+                                         : u"Открытие базы данных..."_s);
+        journal = way == Way::OpenReadOnly
+                      ? data::Journal::openReadOnly(path, m_prompt, hooks)
+                      : data::Journal::openAndCheck(path, way == Way::Create, m_prompt, hooks);
+        m_status.show({});
+    }
+    if (!refusal) {
+        return journal;
+    }
+    return way == Way::OpenReadOnly ? heldJournal(path) : offerReading(path, *refusal);
+}
+
+std::unique_ptr<data::Journal> FileCommands::offerReading(const QString& path,
+                                                          const jet::Error& error)
+{
+    const QString file = quotedPath(path);
+    const QString readOnly = u"Открыть только для чтения"_s;
+    if (error.fault() == jet::Fault::Permission) {
+        const QString text = u"Файл базы данных %1 нельзя изменять. Ошибка: %2."_s.arg(
+            file, data::fromUtf8(error.what()));
+        return m_prompt.offer(text, readOnly) ? journalAt(path, Way::OpenReadOnly) : nullptr;
+    }
+    const auto holder = lockHolder(path);
+    const QString text =
+        u"Файл базы данных %1 уже открыт: %2.\n\nДля чтения откроется то, что в нем сейчас "
+        "сохранено."_s.arg(file, holder ? holder->text() : u"другой программой"_s);
+    return m_prompt.offer(text, readOnly) ? heldJournal(path) : nullptr;
+}
+
+std::unique_ptr<data::Journal> FileCommands::heldJournal(const QString& path)
+{
     const WaitCursor wait;
-    m_status.show(way == Way::Create ? u"Создание базы данных..."_s : u"Открытие базы данных..."_s);
-    auto journal = way == Way::OpenReadOnly
-                       ? data::Journal::openReadOnly(path, m_prompt)
-                       : data::Journal::openAndCheck(path, way == Way::Create, m_prompt);
-    m_status.show({});
-    return journal;
+    return openSnapshot(path, m_prompt);
 }
 
 bool FileCommands::take(const QString& path, Way way)
@@ -163,6 +218,9 @@ bool FileCommands::take(const QString& path, Way way)
         return false;
     }
     m_session.openJournal(std::move(journal));
+    if (m_sameUser) {
+        m_session.signIn(*m_sameUser);
+    }
     m_settings.addRecentFile(QFileInfo(path).absoluteFilePath());
     m_status.show(u"Готово."_s);
     return true;

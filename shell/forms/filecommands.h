@@ -1,21 +1,26 @@
 #pragma once
 
+#include "shell/session.h"
+
 #include <QObject>
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace data {
 class Journal;
+}
+namespace jet {
+class Error;
 }
 
 namespace shell {
 
 class FileChooser;
 class Prompt;
-class Session;
 class Settings;
 class StatusLine;
 
@@ -29,7 +34,8 @@ enum class Access { Full, ReadOnly };
 
 // The commands that open, create and close journal files. The present file stays open and in
 // force until the other one has been opened and checked; every command that fails or is
-// cancelled ends with its own message and gives false.
+// cancelled ends with its own message and gives false. A file that another program holds, or
+// that may not be written, is offered for reading.
 class FileCommands final : public QObject
 {
     Q_OBJECT
@@ -40,13 +46,24 @@ public:
 
     void setReleaseWindows(ReleaseWindows release) { m_release = std::move(release); }
     void setDemo(DemoBuilder builder, const QString& folder);
+    // Asked before a file of an earlier release is brought up to date; false leaves it alone.
+    void setBeforeUpgrade(std::function<bool(const QString& path)> ask)
+    {
+        m_beforeUpgrade = std::move(ask);
+    }
     bool hasDemo() const { return bool(m_demo); }
 
     bool create();
     bool create(const QString& path);
     bool open();
     bool open(const QString& path, Access access = Access::Full);
+    // Opens a file whose users are those of a file open a moment ago: `user` stays signed in.
+    bool openAs(const SignedIn& user, const QString& path, Access access = Access::Full);
     bool close();
+    // Closes the open file and opens it again as it is now. Requires an open file.
+    bool reload();
+    // The folder where the user is likely to look for journals.
+    QString startFolder() const;
     // Shows the open file in the file manager. Requires an open file.
     bool reveal();
     // Opens the demonstration journal, which is built first unless it is there already.
@@ -57,7 +74,8 @@ private:
     enum class Way { Create, Open, OpenReadOnly };
     bool take(const QString& path, Way way);
     std::unique_ptr<data::Journal> journalAt(const QString& path, Way way);
-    QString startFolder() const;
+    std::unique_ptr<data::Journal> offerReading(const QString& path, const jet::Error& error);
+    std::unique_ptr<data::Journal> heldJournal(const QString& path);
 
     Session& m_session;
     Settings& m_settings;
@@ -65,6 +83,8 @@ private:
     FileChooser& m_chooser;
     StatusLine& m_status;
     ReleaseWindows m_release = [] { return true; };
+    std::function<bool(const QString&)> m_beforeUpgrade = [](const QString&) { return true; };
+    std::optional<SignedIn> m_sameUser; // needs not be asked again
     DemoBuilder m_demo;
     QString m_demoFolder;
 };

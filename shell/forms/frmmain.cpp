@@ -1,6 +1,8 @@
 #include "shell/forms/frmmain.h"
 
 #include "shell/forms/commands.h"
+#include "shell/forms/filedrop.h"
+#include "shell/forms/fileservices.h"
 #include "shell/forms/mdiarrangement.h"
 #include "shell/forms/menuwording.h"
 #include "shell/forms/programfolders.h"
@@ -74,8 +76,11 @@ void frmMain::load(const QString& file, Access access)
     m_parts.settings.sync();
     restoreBars();
     restorePlace(*this, m_parts.settings);
+    ProgramFolders folders{QDir(m_parts.userFolder).filePath(u"Архив"_s), {}};
     runCommand(m_parts.prompt, u"Папки программы не созданы."_s,
-               [this] { makeProgramFolders(m_parts.programFolder, m_parts.userFolder); });
+               [&] { folders = makeProgramFolders(m_parts.programFolder, m_parts.userFolder); });
+    m_services = new FileServices(m_parts, *this, folders.archive);
+    m_services->bind(*m_commands);
     bindWindows();
     m_startPage->setDemoOffered(m_files->hasDemo());
     if (!file.isEmpty()) {
@@ -88,6 +93,9 @@ void frmMain::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::PaletteChange && ui->mdiArea) {
         ui->mdiArea->setBackground(areaColor(palette())); // else it stays that of the start
+    }
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && m_services) {
+        QMetaObject::invokeMethod(m_services, &FileServices::lookAtFile, Qt::QueuedConnection);
     }
     QMainWindow::changeEvent(event);
 }
@@ -120,6 +128,9 @@ void frmMain::setUpMenus()
     m_fileKey = fillToolbar(*ui->Toolbar1, *this);
     auto* recent = new RecentMenu(*ui->mnuFile, ui->mnuFileBar5, m_parts.settings);
     connect(recent, &RecentMenu::chosen, m_files,
+            [this](const QString& path) { m_files->open(path); });
+    auto* drop = new FileDrop(*this);
+    connect(drop, &FileDrop::dropped, m_files,
             [this](const QString& path) { m_files->open(path); });
     new WindowList(*ui->mnuwindow, *ui->mdiArea);
     ui->mdiArea->setBackground(areaColor(palette()));
@@ -238,6 +249,7 @@ void frmMain::showFile()
 void frmMain::refreshCommands()
 {
     const QMdiSubWindow* window = ui->mdiArea->currentSubWindow();
+    m_commands->setWritable(!m_parts.session.isOpen() || !m_parts.session.database().readOnly());
     m_commands->refresh(m_parts.session.isOpen(), window ? window->widget() : nullptr);
 }
 

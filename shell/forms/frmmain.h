@@ -13,6 +13,9 @@ class QMdiSubWindow;
 namespace shell {
 
 class Commands;
+class Drives;
+class FileServices;
+class LongWork;
 class StartPage;
 class StatusPanels;
 class WindowRegistry;
@@ -30,7 +33,9 @@ struct MainParts
     FileChooser& chooser;
     const WindowRegistry& windows;
     QString programFolder;
-    QString userFolder; // the user's documents
+    QString userFolder;             // the user's documents
+    const Drives* drives = nullptr; // the system's when null
+    LongWork* work = nullptr;       // in another thread, behind a progress box, when null
 };
 
 // The multiple-document main window: menus, toolbar, status bar, and the area in which every
@@ -45,6 +50,8 @@ public:
 
     StatusLine& statusLine();
     FileCommands& files() { return *m_files; }
+    // Requires load().
+    FileServices& services() { return *m_services; }
 
     // Restores the window, makes the program's folders and opens `file` ("" for none).
     void load(const QString& file, Access access = Access::Full);
@@ -70,6 +77,7 @@ private:
     std::unique_ptr<Ui::frmMain> ui;
     StatusPanels* m_status = nullptr;
     FileCommands* m_files = nullptr;
+    FileServices* m_services = nullptr;
     Commands* m_commands = nullptr;
     StartPage* m_startPage = nullptr;
     QAction* m_fileKey = nullptr;                         // keyStart of the toolbar

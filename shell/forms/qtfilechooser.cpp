@@ -1,5 +1,8 @@
 #include "shell/forms/qtfilechooser.h"
 
+#include "shell/forms/frmarchive.h"
+#include "shell/forms/frmdrive.h"
+
 #include <QApplication>
 #include <QDesktopServices>
 #include <QDir>
@@ -41,6 +44,32 @@ QString QtFileChooser::newJournal(const QString& folder)
         return {};
     }
     return dialog.selectedFiles().constFirst();
+}
+
+QString QtFileChooser::saveJournal(const QString& folder, const QString& name)
+{
+    QFileDialog dialog(QApplication::activeWindow(), u"Сохранить базу данных в файле"_s, folder,
+                       kFilter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(u"mdb"_s);
+    dialog.selectFile(name);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return {};
+    }
+    return dialog.selectedFiles().constFirst();
+}
+
+QString QtFileChooser::fileOnDrive(const DriveRequest& request)
+{
+    frmDrive dialog(request, QApplication::activeWindow());
+    return dialog.exec() == QDialog::Accepted ? dialog.path() : QString();
+}
+
+std::optional<ArchivedCopy> QtFileChooser::archivedCopy(const Archive& archive,
+                                                        const QString& journal, Prompt& prompt)
+{
+    frmArchive dialog(archive, journal, prompt, *this, QApplication::activeWindow());
+    return dialog.exec() == QDialog::Accepted ? dialog.chosen() : std::nullopt;
 }
 
 bool QtFileChooser::reveal(const QString& path)

@@ -10,6 +10,10 @@ class QtFileChooser final : public FileChooser
 public:
     QString openJournal(const QString& folder) override;
     QString newJournal(const QString& folder) override;
+    QString saveJournal(const QString& folder, const QString& name) override;
+    QString fileOnDrive(const DriveRequest& request) override;
+    std::optional<ArchivedCopy> archivedCopy(const Archive& archive, const QString& journal,
+                                             Prompt& prompt) override;
     bool reveal(const QString& path) override;
 };
 

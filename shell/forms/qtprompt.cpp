@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace shell {
 
@@ -74,6 +75,20 @@ bool QtPrompt::question(const QString& text, Answer preset)
     return ask(QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No,
                preset == Answer::Yes ? QMessageBox::Yes : QMessageBox::No, QMessageBox::No)
            == QMessageBox::Yes;
+}
+
+bool QtPrompt::offer(const QString& text, const QString& action)
+{
+    const PlainCursor cursor;
+    QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(), text,
+                    QMessageBox::Cancel, QApplication::activeWindow());
+    box.setTextFormat(Qt::PlainText);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    const QAbstractButton* taken = box.addButton(action, QMessageBox::AcceptRole);
+    box.setDefaultButton(QMessageBox::Cancel);
+    box.setEscapeButton(QMessageBox::Cancel);
+    box.exec();
+    return box.clickedButton() == taken;
 }
 
 Answer QtPrompt::saveQuestion(const QString& text)

@@ -26,4 +26,16 @@ bool runCommand(Prompt& prompt, const QString& sentence, Body body)
     return false;
 }
 
+// Carries out a command of the file menu, whose body gives false when it failed or was
+// cancelled: it then ends with its sentence. True when it was done.
+template <class Body>
+bool finishCommand(Prompt& prompt, const QString& sentence, Body body)
+{
+    bool done = false;
+    if (runCommand(prompt, sentence, [&] { done = body(); }) && !done) {
+        prompt.exclamation(sentence);
+    }
+    return done;
+}
+
 } // namespace shell

@@ -15,6 +15,7 @@ namespace shell {
 namespace {
 
 constexpr QSize kIconSize(32, 32);
+constexpr qsizetype kRecentShown = 5; // the file menu has the others
 
 // Without a description the button stays as flat as a list row, yet is a button for the
 // keyboard and for screen readers.
@@ -98,7 +99,7 @@ void StartPage::showRecentFiles()
         button->hide();
         button->deleteLater(); // its own click may be what brought us here
     }
-    const QStringList paths = m_settings.recentFiles();
+    const QStringList paths = m_settings.recentFiles().mid(0, kRecentShown);
     ui->recentHeading->setVisible(!paths.isEmpty());
     for (const QString& path : paths) {
         auto* button = fileButton(path);

@@ -84,15 +84,20 @@ TEST_F(SettingsStore, TellsOnlyRealChanges)
     EXPECT_EQ(changes, (QList<Setting>{Setting::School, Setting::Login}));
 }
 
-TEST_F(SettingsStore, KeepsTheThreeLatestFiles)
+TEST_F(SettingsStore, KeepsTheTenLatestFiles)
 {
     Settings settings(path());
-    for (const QString& file : {u"a.mdb"_s, u"b.mdb"_s, u"c.mdb"_s, u"a.mdb"_s, u"d, e.mdb"_s})
+    for (int i = 0; i < 11; ++i)
+        settings.addRecentFile(u"%1.mdb"_s.arg(i));
+    EXPECT_EQ(settings.recentFiles().size(), 10);
+    EXPECT_FALSE(settings.recentFiles().contains(u"0.mdb"_s));
+    settings.clearRecentFiles();
+    for (const QString& file : {u"a.mdb"_s, u"b.mdb"_s, u"a.mdb"_s, u"d, e.mdb"_s})
         settings.addRecentFile(file);
-    EXPECT_EQ(Settings(path()).recentFiles(), (QStringList{u"d, e.mdb"_s, u"a.mdb"_s, u"c.mdb"_s}));
+    EXPECT_EQ(Settings(path()).recentFiles(), (QStringList{u"d, e.mdb"_s, u"a.mdb"_s, u"b.mdb"_s}));
     settings.removeRecentFile(u"a.mdb"_s);
     settings.removeRecentFile(u"missing.mdb"_s);
-    EXPECT_EQ(settings.recentFiles(), (QStringList{u"d, e.mdb"_s, u"c.mdb"_s}));
+    EXPECT_EQ(settings.recentFiles(), (QStringList{u"d, e.mdb"_s, u"b.mdb"_s}));
 }
 
 TEST_F(SettingsStore, SaysWhenTheStoreCannotBeWritten)

@@ -21,6 +21,18 @@ class ScriptedChooser final : public shell::FileChooser
 public:
     QString openJournal(const QString&) override { return answer; }
     QString newJournal(const QString&) override { return answer; }
+    QString saveJournal(const QString&, const QString& name) override
+    {
+        suggested = name;
+        return answer;
+    }
+    QString fileOnDrive(const shell::DriveRequest&) override { return driveFile; }
+    std::optional<shell::ArchivedCopy> archivedCopy(const shell::Archive& archive,
+                                                    const QString& journal, shell::Prompt&) override
+    {
+        const auto copies = archive.copies(journal);
+        return choosesCopy && !copies.isEmpty() ? std::optional(copies.last()) : std::nullopt;
+    }
     bool reveal(const QString& path) override
     {
         revealed = path;
@@ -28,6 +40,9 @@ public:
     }
 
     QString answer;
+    QString suggested;
+    QString driveFile;
+    bool choosesCopy = false; // the oldest one
     QString revealed;
     bool hasFileManager = true;
 };

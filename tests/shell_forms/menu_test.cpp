@@ -191,8 +191,9 @@ TEST_F(MainWindow, SpeaksTheSchoolsWordsWithoutNewSharedKeys)
 TEST_F(MainWindow, DisablesWhatCannotBeDoneWithoutAFile)
 {
     start();
-    const QStringList enabled = {u"mnuFileCr"_s,    u"mnuFileOpen"_s, u"mnuexit"_s,
-                                 u"mnustatusbar"_s, u"mnupanels"_s,   u"mnuoproge"_s};
+    const QStringList enabled = {u"mnuFileCr"_s,      u"mnuFileOpen"_s, u"mnuexit"_s,
+                                 u"mnustatusbar"_s,   u"mnupanels"_s,   u"mnuoproge"_s,
+                                 u"mnuFileOpenFrom"_s};
     for (const Caption& row : kCaptions) {
         const QAction* found = item(*window, row.name);
         if (!found->menu()) {
@@ -205,9 +206,11 @@ TEST_F(MainWindow, DisablesWhatCannotBeDoneWithoutAFile)
 TEST_F(MainWindow, EnablesTheCommandsOfAnOpenFileAndOfNoLaterRelease)
 {
     start(newJournal(u"a.mdb"_s));
-    const QStringList enabled = {u"mnuFileCr"_s,    u"mnuFileOpen"_s,     u"mnuFileOpenR"_s,
-                                 u"mnuFileClose"_s, u"mnuexit"_s,         u"mnustatusbar"_s,
-                                 u"mnupanels"_s,    u"mnuposechaemost"_s, u"mnuoproge"_s};
+    const QStringList enabled = {u"mnuFileCr"_s,     u"mnuFileOpen"_s,     u"mnuFileOpenR"_s,
+                                 u"mnuFileClose"_s,  u"mnuexit"_s,         u"mnustatusbar"_s,
+                                 u"mnupanels"_s,     u"mnuposechaemost"_s, u"mnuoproge"_s,
+                                 u"mnuFileSaveAs"_s, u"mnuFileSaveTo"_s,   u"mnuFileOpenFrom"_s,
+                                 u"mnuToolsAcc"_s,   u"mnuToolsArh"_s};
     for (const Caption& row : kCaptions) {
         const QAction* found = item(*window, row.name);
         if (!found->menu()) {
