@@ -153,7 +153,7 @@ LockNote::~LockNote()
 
 std::optional<LockHolder> lockHolder(const QString& journal)
 {
-    if (const auto holder = readNote(lockNotePath(journal))) {
+    if (auto holder = readNote(lockNotePath(journal))) {
         if (holder->host != ownHost() || isRunning(holder->process))
             return holder;
     }
