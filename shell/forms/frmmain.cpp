@@ -8,8 +8,10 @@
 #include "shell/forms/programfolders.h"
 #include "shell/forms/recentmenu.h"
 #include "shell/forms/runcommand.h"
+#include "shell/forms/servicecommands.h"
 #include "shell/forms/startpage.h"
 #include "shell/forms/statuspanels.h"
+#include "shell/forms/statustips.h"
 #include "shell/forms/toolbarkeys.h"
 #include "shell/forms/windowlist.h"
 #include "shell/forms/windowplace.h"
@@ -19,7 +21,6 @@
 #include "ui_frmmain.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QMdiSubWindow>
@@ -81,6 +82,7 @@ void frmMain::load(const QString& file, Access access)
                [&] { folders = makeProgramFolders(m_parts.programFolder, m_parts.userFolder); });
     m_services = new FileServices(m_parts, *this, folders.archive);
     m_services->bind(*m_commands);
+    (new ServiceCommands(m_parts, *this))->bind(*m_commands);
     bindWindows();
     m_startPage->setDemoOffered(m_files->hasDemo());
     if (!file.isEmpty()) {
@@ -125,6 +127,7 @@ void frmMain::setUpMenus()
         bar->setSeparator(true);
     }
     applyWording(m_parts.session.wording(), *ui->menuBar);
+    addStatusTips(*this, m_parts.session.wording());
     m_fileKey = fillToolbar(*ui->Toolbar1, *this);
     auto* recent = new RecentMenu(*ui->mnuFile, ui->mnuFileBar5, m_parts.settings);
     connect(recent, &RecentMenu::chosen, m_files,
@@ -164,7 +167,6 @@ void frmMain::bindCommands()
     bind(ui->mnuKaskadom, Needs::ChildWindow, [this] { ui->mdiArea->cascadeSubWindows(); });
     bind(ui->mnugorizont, Needs::ChildWindow, [this] { stackRows(*ui->mdiArea); });
     bind(ui->mnuVertikal, Needs::ChildWindow, [this] { standSideBySide(*ui->mdiArea); });
-    bind(ui->mnuoproge, Needs::Nothing, [this] { showAbout(); });
 }
 
 void frmMain::bindJournal()
@@ -251,15 +253,6 @@ void frmMain::refreshCommands()
     const QMdiSubWindow* window = ui->mdiArea->currentSubWindow();
     m_commands->setWritable(!m_parts.session.isOpen() || !m_parts.session.database().readOnly());
     m_commands->refresh(m_parts.session.isOpen(), window ? window->widget() : nullptr);
-}
-
-void frmMain::showAbout()
-{
-    m_parts.prompt.information(
-        u"%1\nВерсия %2\n\nУчет посещаемости и успеваемости в колледже, техникуме и школе.\n"
-        "Данные хранятся в одном файле базы данных Access (*.mdb).\n\n"
-        "Свободная программа, лицензия GNU GPL версии 3 или новее."_s.arg(
-            QGuiApplication::applicationDisplayName(), QCoreApplication::applicationVersion()));
 }
 
 } // namespace shell

@@ -16,6 +16,7 @@ class Commands;
 class Drives;
 class FileServices;
 class LongWork;
+class ProgramStarter;
 class StartPage;
 class StatusPanels;
 class WindowRegistry;
@@ -33,9 +34,10 @@ struct MainParts
     FileChooser& chooser;
     const WindowRegistry& windows;
     QString programFolder;
-    QString userFolder;             // the user's documents
-    const Drives* drives = nullptr; // the system's when null
-    LongWork* work = nullptr;       // in another thread, behind a progress box, when null
+    QString userFolder;                // the user's documents
+    const Drives* drives = nullptr;    // the system's when null
+    LongWork* work = nullptr;          // in another thread, behind a progress box, when null
+    ProgramStarter* starter = nullptr; // of this computer's programs when null
 };
 
 // The multiple-document main window: menus, toolbar, status bar, and the area in which every
@@ -71,7 +73,6 @@ private:
     bool closeWindows();
     void showFile();
     void refreshCommands();
-    void showAbout();
 
     MainParts m_parts;
     std::unique_ptr<Ui::frmMain> ui;

@@ -58,6 +58,16 @@ void follow(QAction& key, QAction& command, const QAction& caption)
     QObject::connect(&key, &QAction::triggered, &command, &QAction::trigger);
 }
 
+// The buttons that show what finds no room have a picture and no text.
+void nameOverflowButtons(const QWidget& window)
+{
+    for (const QString& name : {u"qt_toolbar_ext_button"_s, u"qt_menubar_ext_button"_s}) {
+        if (auto* button = window.findChild<QWidget*>(name)) {
+            button->setAccessibleName(u"Показать остальное"_s);
+        }
+    }
+}
+
 } // namespace
 
 QAction* fillToolbar(QToolBar& bar, QWidget& menus)
@@ -72,6 +82,7 @@ QAction* fillToolbar(QToolBar& bar, QWidget& menus)
             bar.addSeparator();
         }
     }
+    nameOverflowButtons(menus);
     return bar.findChild<QAction*>(u"keyStart"_s);
 }
 

@@ -22,8 +22,9 @@ MainWindow::MainWindow()
 void MainWindow::start(const QString& file)
 {
     QDir(folder.path()).mkdir(u"program"_s);
-    window = std::make_unique<shell::frmMain>(shell::MainParts{
-        session, settings, prompt, chooser, windows, pathOf(u"program"_s), pathOf(u"user"_s)});
+    window = std::make_unique<shell::frmMain>(
+        shell::MainParts{session, settings, prompt, chooser, windows, pathOf(u"program"_s),
+                         pathOf(u"user"_s), nullptr, nullptr, &starter});
     window->files().setDemo(
         [this](const QString& path) {
             return data::Journal::openAndCheck(path, true, prompt) != nullptr;

@@ -6,6 +6,7 @@
 #include "shell/forms/windowregistry.h"
 #include "shell/session.h"
 #include "shell/settings.h"
+#include "tests/support/fakestarter.h"
 #include "tests/support/scriptedprompt.h"
 
 #include <gtest/gtest.h>
@@ -99,6 +100,7 @@ protected:
     QTemporaryDir folder;
     ScriptedPrompt prompt;
     ScriptedChooser chooser;
+    FakeStarter starter;
     shell::Settings settings;
     shell::Session session;
     shell::WindowRegistry windows;

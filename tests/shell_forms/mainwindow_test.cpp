@@ -233,19 +233,6 @@ TEST_F(MainWindow, StaysOpenWhenAChildWindowDoes)
     EXPECT_FALSE(session.isOpen());
 }
 
-TEST_F(MainWindow, TellsWhatItIs)
-{
-    start();
-    QApplication::setApplicationDisplayName(u"Журнал"_s);
-    QApplication::setApplicationVersion(u"1.2.3"_s);
-    prompt.expect(Box::Information,
-                  u"Журнал\nВерсия 1.2.3\n\nУчет посещаемости и успеваемости в колледже, техникуме "
-                  "и школе.\nДанные хранятся в одном файле базы данных Access (*.mdb).\n\n"
-                  "Свободная программа, лицензия GNU GPL версии 3 или новее."_s);
-    trigger(u"mnuoproge"_s);
-    EXPECT_TRUE(prompt.done());
-}
-
 TEST_F(MainWindow, EveryInteractiveWidgetHasAName)
 {
     settings.addRecentFile(newJournal(u"a.mdb"_s));

@@ -32,6 +32,7 @@ const Caption kCaptions[] = {
     {u"mnuview"_s, u"&Вид"_s},
     {u"mnustatusbar"_s, u"&Статус строка"_s},
     {u"mnupanels"_s, u"&Панель инструментов"_s},
+    {u"mnuFullScreen"_s, u"Во весь &экран"_s},
     {u"mnudeistvie"_s, u"&Действия"_s},
     {u"mnuins_oc"_s, u"Поставить &оценку"_s},
     {u"mnudel_oc"_s, u"У&далить оценку"_s},
@@ -78,6 +79,7 @@ const Caption kCaptions[] = {
     {u"mnuHelpManual"_s, u"&Руководство пользователя"_s},
     {u"mnuBrowser"_s, u"Ваш &Помощник"_s},
     {u"mnuTPemail"_s, u"Письмо в техническую поддержку"_s},
+    {u"mnuErrorLog"_s, u"Открыть &журнал ошибок"_s},
     {u"mnuoproge"_s, u"&О программе..."_s},
     {u"mnuTeamViewer"_s, u"Удаленный доступ"_s},
     {u"mnuAnyDesk"_s, u"AnyDesk"_s},
@@ -115,6 +117,14 @@ std::map<std::string, QString> sharedKeys(const QWidget& window)
     }
     return shared;
 }
+
+// What needs no file.
+const QStringList kAlways = {
+    u"mnuToolsCacl"_s, u"mnuToolsDay"_s,   u"mnuObnovlenie"_s,   u"mnuAnyDesk"_s, u"mnuAA"_s,
+    u"mnuSpravUD"_s,   u"mnuHelpManual"_s, u"mnuBrowser"_s,      u"mnuTPemail"_s, u"mnuErrorLog"_s,
+    u"mnuoproge"_s,    u"mnuFullScreen"_s, u"mnustatusbar"_s,    u"mnupanels"_s,  u"mnuFileCr"_s,
+    u"mnuFileOpen"_s,  u"mnuexit"_s,       u"mnuFileOpenFrom"_s,
+};
 
 // What the settled captions share among themselves.
 const std::map<std::string, QString> kSettledShares = {
@@ -191,13 +201,10 @@ TEST_F(MainWindow, SpeaksTheSchoolsWordsWithoutNewSharedKeys)
 TEST_F(MainWindow, DisablesWhatCannotBeDoneWithoutAFile)
 {
     start();
-    const QStringList enabled = {u"mnuFileCr"_s,      u"mnuFileOpen"_s, u"mnuexit"_s,
-                                 u"mnustatusbar"_s,   u"mnupanels"_s,   u"mnuoproge"_s,
-                                 u"mnuFileOpenFrom"_s};
     for (const Caption& row : kCaptions) {
         const QAction* found = item(*window, row.name);
         if (!found->menu()) {
-            EXPECT_EQ(found->isEnabled(), enabled.contains(row.name)) << row.name.toStdString();
+            EXPECT_EQ(found->isEnabled(), kAlways.contains(row.name)) << row.name.toStdString();
         }
     }
     EXPECT_FALSE(action(u"mnupassword"_s)->isVisible());
@@ -206,11 +213,10 @@ TEST_F(MainWindow, DisablesWhatCannotBeDoneWithoutAFile)
 TEST_F(MainWindow, EnablesTheCommandsOfAnOpenFileAndOfNoLaterRelease)
 {
     start(newJournal(u"a.mdb"_s));
-    const QStringList enabled = {u"mnuFileCr"_s,     u"mnuFileOpen"_s,     u"mnuFileOpenR"_s,
-                                 u"mnuFileClose"_s,  u"mnuexit"_s,         u"mnustatusbar"_s,
-                                 u"mnupanels"_s,     u"mnuposechaemost"_s, u"mnuoproge"_s,
-                                 u"mnuFileSaveAs"_s, u"mnuFileSaveTo"_s,   u"mnuFileOpenFrom"_s,
-                                 u"mnuToolsAcc"_s,   u"mnuToolsArh"_s};
+    const QStringList enabled =
+        kAlways + QStringList{u"mnuFileOpenR"_s,  u"mnuFileClose"_s,  u"mnuposechaemost"_s,
+                              u"mnuFileSaveAs"_s, u"mnuFileSaveTo"_s, u"mnuToolsAcc"_s,
+                              u"mnuToolsArh"_s,   u"mnuToolsMail"_s};
     for (const Caption& row : kCaptions) {
         const QAction* found = item(*window, row.name);
         if (!found->menu()) {
