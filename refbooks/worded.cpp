@@ -15,6 +15,8 @@ const QHash<QString, QString>& schoolTexts()
 {
     static const QHash<QString, QString> texts{
         {u"Занятия"_s, u"Уроки"_s},
+        {u"По группе"_s, u"По классу"_s},
+        {u"Копировать в другие группы и подгруппы"_s, u"Копировать в другие классы и подгруппы"_s},
     };
     return texts;
 }
