@@ -1,4 +1,8 @@
+#include "app/desktop.h"
+#include "app/errorlog.h"
 #include "app/options.h"
+#include "app/quitsignals.h"
+#include "app/singleinstance.h"
 #include "app/windows.h"
 #include "demo/demo.h"
 #include "journals/forms/frmhpos.h"
@@ -66,15 +70,25 @@ void begin(shell::frmMain& window, const app::Options& options, const QString& f
     window.load(options.newFile ? QString() : file,
                 options.readOnly ? shell::Access::ReadOnly : shell::Access::Full);
     window.show();
-    if (options.newFile) {
-        file.isEmpty() ? window.files().create() : window.files().create(file);
-    } else if (options.demo) {
-        window.files().demonstrate();
-    }
+    app::carryOut(window, options, file);
 }
 
-int run(const app::Options& options)
+// The later starts of the program, and the ways it is asked to end from outside.
+void listenOutside(shell::frmMain& window, shell::Session& session, app::SingleInstance& instance,
+                   const app::QuitSignals& quit)
 {
+    QObject::connect(&instance, &app::SingleInstance::requested, &window,
+                     [&](const app::Options& options) { takeOver(window, session, options); });
+    QObject::connect(&quit, &app::QuitSignals::quitWanted, &window,
+                     [&window] { app::leave(window); });
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, &window,
+                     [&window] { window.saveState(); });
+    instance.listen();
+}
+
+int run(const app::Options& options, app::SingleInstance& instance)
+{
+    const app::QuitSignals quit;
     shell::QtPrompt prompt;
     shell::Settings settings;
     const bool school = settings.flag(shell::Setting::School);
@@ -91,6 +105,7 @@ int run(const app::Options& options)
             return demo::build(path, demo::Scale::College, kDemoSeed, prompt).has_value();
         },
         documents);
+    listenOutside(window, session, instance, quit);
     begin(window, options, firstFile(options, settings));
     if (!options.ignored.isEmpty()) {
         prompt.information(u"Открыт первый из указанных файлов. Не открыты: %1"_s.arg(
@@ -114,5 +129,11 @@ int main(int argc, char** argv)
     const QApplication application(argc, argv);
     QTranslator translator;
     setUp(translator);
-    return run(parsed.options);
+    const app::ErrorLog log;
+    app::Options options = parsed.options;
+    if (!options.file.isEmpty()) {
+        options.file = QFileInfo(options.file).absoluteFilePath(); // for another working folder
+    }
+    app::SingleInstance instance(app::instanceName());
+    return instance.handOver(options) ? 0 : run(options, instance);
 }

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QDebug>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -57,6 +58,7 @@ void tell(QMessageBox::Icon icon, const QString& text)
 
 void QtPrompt::critical(const QString& text)
 {
+    qCritical().noquote() << text; // for the error log
     tell(QMessageBox::Critical, text);
 }
 

@@ -1,10 +1,10 @@
 #include "app/windows.h"
 #include "journals/forms/frmhpos.h"
-#include "shell/forms/filechooser.h"
 #include "shell/forms/frmmain.h"
 #include "shell/forms/windowregistry.h"
 #include "shell/session.h"
 #include "shell/settings.h"
+#include "tests/shell_forms/mainwindow.h"
 #include "tests/support/scriptedprompt.h"
 #include "tests/support/smalljournal.h"
 
@@ -20,14 +20,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-class NoChooser final : public shell::FileChooser
-{
-public:
-    QString openJournal(const QString&) override { return {}; }
-    QString newJournal(const QString&) override { return {}; }
-    bool reveal(const QString&) override { return false; }
-};
 
 // The program as main() puts it together, on a small journal with one student.
 class Program : public testing::Test
@@ -74,7 +66,7 @@ protected:
     SmallJournal file;
     shell::Settings settings;
     ScriptedPrompt prompt;
-    NoChooser chooser;
+    ScriptedChooser chooser;
     shell::Session session;
     shell::WindowRegistry windows;
     shell::frmMain window{
