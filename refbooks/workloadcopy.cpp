@@ -25,9 +25,10 @@ namespace {
 
 constexpr Phrase kChooseGroups{
     u"Выберите учебные группы для копирования в них выбранной нагрузки."};
-constexpr Phrase kChooseSubgroups{u"Выберите подгруппы для копирования в них выбранной нагрузки."};
+constexpr Phrase kChooseSubgroups{u"Выберите подгруппы для копирования в них выбранной нагрузки.",
+                                  u"Выберите подгруппы для копирования в них выбранной нагрузки."};
 constexpr Phrase kGroups{u"учебные группы"};
-constexpr Phrase kSubgroups{u"подгруппы"};
+constexpr Phrase kSubgroups{u"подгруппы", u"подгруппы"}; // a class has subgroups too
 
 using Values = std::vector<std::pair<std::string, jet::Value>>;
 

@@ -17,10 +17,10 @@ namespace refbooks {
 struct WorkloadHours
 {
     std::int64_t key = 0;
-    QString teacher;
-    QString group;
+    QString teacher = {};
+    QString group = {};
     int subgroup = 0; // 0 = the whole group
-    QString discipline;
+    QString discipline = {};
     int planned = 0;
     int held = 0;
     int left() const { return planned - held; } // negative when more was held than planned
