@@ -118,7 +118,7 @@ void Deletion::deleteRows(const DeletionRule& rule, std::span<const std::int64_t
 
 std::optional<QString> Deletion::refusal(const DeletionRule& rule, std::int64_t key)
 {
-    if (const auto text = specialRefusal(rule, key))
+    if (auto text = specialRefusal(rule, key))
         return text;
     for (const UseCheck& use : rule.uses) {
         if (inUse(database(), use, key))
