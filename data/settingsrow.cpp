@@ -1,8 +1,11 @@
 #include "data/settingsrow.h"
 
 #include "data/convert.h"
+#include "data/schema.h"
 #include "jet/database.h"
 #include "jet/sqltext.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +30,21 @@ std::string stored(QDate date)
 }
 
 } // namespace
+
+int settingsTextLimit(std::string_view field)
+{
+    const auto isSettings = [](const TableDefinition& table) { return table.name == "RASP"; };
+    return std::ranges::find_if(verifiedTables(), isSettings)->field(field).size;
+}
+
+std::optional<QString> settingsProblem(const SettingsRow& row)
+{
+    if (row.yearBegin.isValid() && row.yearEnd.isValid() && row.yearBegin > row.yearEnd)
+        return u"Учебный период начинается позже, чем заканчивается."_s;
+    if (row.hoursPerLesson < 1 || row.hoursPerLesson > kMostHoursPerLesson)
+        return u"Занятие может длиться от 1 до %1 часов."_s.arg(kMostHoursPerLesson);
+    return {};
+}
 
 SettingsRow readSettingsRow(jet::Database& database)
 {

@@ -3,6 +3,9 @@
 #include <QDate>
 #include <QString>
 
+#include <optional>
+#include <string_view>
+
 namespace jet {
 class Database;
 }
@@ -30,6 +33,14 @@ struct SettingsRow
 
     friend bool operator==(const SettingsRow&, const SettingsRow&) = default;
 };
+
+inline constexpr int kMostHoursPerLesson = 6;
+
+// Characters that a text field of RASP holds, by the field's name. Requires a text field.
+int settingsTextLimit(std::string_view field);
+
+// Why the row may not be stored: a Russian sentence, nothing when it may.
+std::optional<QString> settingsProblem(const SettingsRow& row);
 
 // Throws jet::Error. A file without the row gives the defaults above.
 SettingsRow readSettingsRow(jet::Database& database);

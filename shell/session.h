@@ -2,28 +2,18 @@
 
 #include "data/journal.h"
 #include "data/settingsrow.h"
+#include "shell/access/users.h"
 #include "shell/wording.h"
 
 #include <QDate>
 #include <QObject>
 #include <QString>
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <utility>
 
 namespace shell {
-
-// USERS.ROLE; any other stored number counts as User.
-enum class Role { Administrator = 0, Operator = 1, User = 2 };
-
-struct SignedIn
-{
-    std::int64_t id = 1; // USERS.IDU
-    QString name = QStringLiteral("Администратор");
-    Role role = Role::Administrator;
-};
 
 // What is in force while the program runs: the open journal, who works in it, and the
 // values of the settings row that others read often. main() owns it and passes it on.
@@ -60,8 +50,8 @@ public:
     const Wording& wording() const { return m_wording; }
     const SignedIn& user() const { return m_user; }
     void signIn(SignedIn user);
-    bool mayEditBooks() const { return m_user.role != Role::User; }
-    bool isAdministrator() const { return m_user.role == Role::Administrator; }
+    bool mayEditBooks() const { return shell::mayEditBooks(m_user.role); }
+    bool mayEditUsers() const { return shell::mayEditUsers(m_user.role); }
 
     const data::SettingsRow& settings() const { return m_settings; }
     // Stores the row and puts it in force. Throws jet::Error. Requires isOpen().

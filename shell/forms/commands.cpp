@@ -44,10 +44,11 @@ void Commands::bindJournal(QAction* action, JournalAction what)
     });
 }
 
-void Commands::refresh(bool fileOpen, QWidget* activeChild)
+void Commands::refresh(bool fileOpen, QWidget* activeChild, Role role)
 {
     for (const Bound& bound : m_bound) {
-        bound.action->setEnabled(mayBeDone(bound.needs, fileOpen, activeChild));
+        const bool there = mayBeDone(bound.needs, fileOpen, activeChild);
+        bound.action->setEnabled(there && mayRun(role, bound.action->objectName()));
     }
     auto* journal = qobject_cast<JournalActions*>(activeChild);
     if (journal != m_journal) {

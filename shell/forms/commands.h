@@ -1,5 +1,6 @@
 #pragma once
 
+#include "shell/access/rights.h"
 #include "shell/forms/journalactions.h"
 
 #include <QList>
@@ -42,8 +43,8 @@ public:
 
     // Whether the open file may be changed; in force from the next refresh().
     void setWritable(bool writable) { m_writable = writable; }
-    // To be called when the file, the active child window or the tied commands change.
-    void refresh(bool fileOpen, QWidget* activeChild);
+    // To be called when the file, the active child window, the user or the tied commands change.
+    void refresh(bool fileOpen, QWidget* activeChild, Role role);
 
 private:
     struct Bound

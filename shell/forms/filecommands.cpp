@@ -210,7 +210,8 @@ bool FileCommands::take(const QString& path, Way way)
     if (!journal) {
         return false;
     }
-    if (!m_release()) {
+    const std::optional<SignedIn> user = m_sameUser ? m_sameUser : signIn(*journal);
+    if (!user || !m_release()) {
         journal.reset();
         if (way == Way::Create) {
             QFile::remove(path);
@@ -218,11 +219,26 @@ bool FileCommands::take(const QString& path, Way way)
         return false;
     }
     m_session.openJournal(std::move(journal));
-    if (m_sameUser) {
-        m_session.signIn(*m_sameUser);
-    }
+    m_session.signIn(*user);
     m_settings.addRecentFile(QFileInfo(path).absoluteFilePath());
     m_status.show(u"Готово."_s);
+    return true;
+}
+
+std::optional<SignedIn> FileCommands::signIn(data::Journal& journal)
+{
+    const Users users = Users::of(journal.database());
+    const auto user = users.withoutAsking();
+    return user ? user : m_askUser(users);
+}
+
+bool FileCommands::changeUser()
+{
+    const auto user = m_askUser(Users::of(m_session.database()));
+    if (!user || !m_release()) {
+        return false;
+    }
+    m_session.signIn(*user);
     return true;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/session.h"
+#include "shell/access/users.h"
 
 #include <QObject>
 #include <QString>
@@ -21,6 +21,7 @@ namespace shell {
 
 class FileChooser;
 class Prompt;
+class Session;
 class Settings;
 class StatusLine;
 
@@ -29,6 +30,8 @@ class StatusLine;
 using DemoBuilder = std::function<bool(const QString& path)>;
 // Asks the windows that show the open file to close; false when one of them stays.
 using ReleaseWindows = std::function<bool()>;
+// Asks who signs in; null when nobody does.
+using AskUser = std::function<std::optional<SignedIn>(const Users& users)>;
 
 enum class Access { Full, ReadOnly };
 
@@ -45,6 +48,8 @@ public:
                  StatusLine& status, QObject* parent = nullptr);
 
     void setReleaseWindows(ReleaseWindows release) { m_release = std::move(release); }
+    // Asked when a file with passwords has been opened, before it comes into force.
+    void setAskUser(AskUser askUser) { m_askUser = std::move(askUser); }
     void setDemo(DemoBuilder builder, const QString& folder);
     // Asked before a file of an earlier release is brought up to date; false leaves it alone.
     void setBeforeUpgrade(std::function<bool(const QString& path)> ask)
@@ -64,6 +69,9 @@ public:
     bool reload();
     // The folder where the user is likely to look for journals.
     QString startFolder() const;
+    // Lets another user of the open file sign in; the windows of the present one close. False
+    // when nobody did. Requires an open file.
+    bool changeUser();
     // Shows the open file in the file manager. Requires an open file.
     bool reveal();
     // Opens the demonstration journal, which is built first unless it is there already.
@@ -76,6 +84,7 @@ private:
     std::unique_ptr<data::Journal> journalAt(const QString& path, Way way);
     std::unique_ptr<data::Journal> offerReading(const QString& path, const jet::Error& error);
     std::unique_ptr<data::Journal> heldJournal(const QString& path);
+    std::optional<SignedIn> signIn(data::Journal& journal);
 
     Session& m_session;
     Settings& m_settings;
@@ -83,6 +92,7 @@ private:
     FileChooser& m_chooser;
     StatusLine& m_status;
     ReleaseWindows m_release = [] { return true; };
+    AskUser m_askUser = [](const Users&) { return std::optional<SignedIn>(); };
     std::function<bool(const QString&)> m_beforeUpgrade = [](const QString&) { return true; };
     std::optional<SignedIn> m_sameUser; // needs not be asked again
     DemoBuilder m_demo;

@@ -3,6 +3,10 @@
 #include "shell/forms/commands.h"
 #include "shell/forms/filedrop.h"
 #include "shell/forms/fileservices.h"
+#include "shell/forms/frmloginmulti.h"
+#include "shell/forms/frmoption.h"
+#include "shell/forms/frmpassword.h"
+#include "shell/forms/frmworkdate.h"
 #include "shell/forms/mdiarrangement.h"
 #include "shell/forms/menuwording.h"
 #include "shell/forms/programfolders.h"
@@ -49,6 +53,9 @@ frmMain::frmMain(const MainParts& parts, QWidget* parent)
     m_files = new FileCommands(parts.session, parts.settings, parts.prompt, parts.chooser,
                                *m_status, this);
     m_files->setReleaseWindows([this] { return closeWindows(); });
+    m_files->setAskUser([this](const Users& users) {
+        return frmLoginMulti::ask(users, m_parts.settings, m_parts.prompt, this);
+    });
     m_commands =
         new Commands(findChildren<QAction*>(Qt::FindDirectChildrenOnly), parts.prompt, this);
     setUpMenus();
@@ -57,6 +64,10 @@ frmMain::frmMain(const MainParts& parts, QWidget* parent)
     bindJournal();
     connect(ui->mdiArea, &QMdiArea::subWindowActivated, this, &frmMain::refreshCommands);
     connect(&parts.session, &Session::journalChanged, this, &frmMain::showFile);
+    connect(&parts.session, &Session::userChanged, this, &frmMain::refreshCommands);
+    // Later, when whoever opens the file is done.
+    connect(&parts.session, &Session::journalChanged, this, &frmMain::askWorkingDate,
+            Qt::QueuedConnection);
     showFile();
 }
 
@@ -108,14 +119,19 @@ void frmMain::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
+    saveState();
+    m_parts.session.closeJournal();
+    event->accept();
+}
+
+void frmMain::saveState()
+{
     Settings& settings = m_parts.settings;
     savePlace(*this, settings);
     settings.setFlag(Setting::ShowToolbar, ui->mnupanels->isChecked());
     settings.setFlag(Setting::ShowStatus, ui->mnustatusbar->isChecked());
     settings.setFlag(Setting::AppClose, false);
     settings.sync();
-    m_parts.session.closeJournal();
-    event->accept();
 }
 
 void frmMain::setUpMenus()
@@ -159,6 +175,10 @@ void frmMain::bindCommands()
     bind(ui->mnuFileOpen, Needs::Nothing, [this] { m_files->open(); });
     bind(ui->mnuFileOpenR, Needs::OpenFile, [this] { m_files->reveal(); });
     bind(ui->mnuFileClose, Needs::OpenFile, [this] { m_files->close(); });
+    bind(ui->mnuUserChange, Needs::OpenFile, [this] { m_files->changeUser(); });
+    bind(ui->mnuToolsLock, Needs::Nothing,
+         [this] { frmPassword(m_parts.settings, m_parts.prompt, this).exec(); });
+    bind(ui->mnuNastroiki, Needs::OpenFile, [this] { showOptions(); });
     bind(ui->mnuexit, Needs::Nothing, [this] { close(); });
     bind(ui->mnustatusbar, Needs::Nothing,
          [this] { ui->sbStatusBar->setVisible(ui->mnustatusbar->isChecked()); });
@@ -252,7 +272,32 @@ void frmMain::refreshCommands()
 {
     const QMdiSubWindow* window = ui->mdiArea->currentSubWindow();
     m_commands->setWritable(!m_parts.session.isOpen() || !m_parts.session.database().readOnly());
-    m_commands->refresh(m_parts.session.isOpen(), window ? window->widget() : nullptr);
+    m_commands->refresh(m_parts.session.isOpen(), window ? window->widget() : nullptr,
+                        m_parts.session.user().role);
+}
+
+void frmMain::showOptions()
+{
+    frmOption options(m_parts.session, m_parts.settings, m_parts.prompt, this);
+    connect(&options, &frmOption::helpWanted, ui->mnuHelpManual, &QAction::trigger);
+    options.exec();
+}
+
+void frmMain::askWorkingDate()
+{
+    Session& session = m_parts.session;
+    if (!session.isOpen() || !session.settings().askWorkingDate || session.database().readOnly()) {
+        return;
+    }
+    frmWorkDate dialog(session.workingDate(), this);
+    if (dialog.exec() != QDialog::Accepted || dialog.date() == session.workingDate()) {
+        return;
+    }
+    runCommand(m_parts.prompt, u"Рабочая дата не сохранена."_s, [&] {
+        data::SettingsRow row = session.settings();
+        row.workingDate = dialog.date();
+        session.saveSettings(row);
+    });
 }
 
 } // namespace shell

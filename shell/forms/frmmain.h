@@ -57,6 +57,8 @@ public:
 
     // Restores the window, makes the program's folders and opens `file` ("" for none).
     void load(const QString& file, Access access = Access::Full);
+    // Keeps what the next start needs; the journal's own data is in its file at all times.
+    void saveState();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -73,6 +75,8 @@ private:
     bool closeWindows();
     void showFile();
     void refreshCommands();
+    void showOptions();
+    void askWorkingDate();
 
     MainParts m_parts;
     std::unique_ptr<Ui::frmMain> ui;

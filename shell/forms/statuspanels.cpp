@@ -25,22 +25,10 @@ QLabel* addPanel(QStatusBar& bar, const QString& name, const QString& meaning)
     return label;
 }
 
-QString roleName(Role role)
-{
-    switch (role) {
-    case Role::Administrator:
-        return u"администратор"_s;
-    case Role::Operator:
-        return u"оператор"_s;
-    default:
-        return u"пользователь"_s;
-    }
-}
-
 // The administrator is usually called so: no need to say it twice.
 QString userText(const SignedIn& user)
 {
-    const QString role = roleName(user.role);
+    const QString role = roleName(user.role).toLower();
     return user.name.compare(role, Qt::CaseInsensitive) == 0 ? user.name
                                                              : u"%1 (%2)"_s.arg(user.name, role);
 }

@@ -28,6 +28,7 @@ const Caption kCaptions[] = {
     {u"mnuFileSaveTo"_s, u"С&копировать на съемный диск"_s},
     {u"mnuFileOpenFrom"_s, u"&Восстановить со съемного диска"_s},
     {u"mnuprint"_s, u"&Печать..."_s},
+    {u"mnuUserChange"_s, u"Смени&ть пользователя..."_s},
     {u"mnuexit"_s, u"&Выход"_s},
     {u"mnuview"_s, u"&Вид"_s},
     {u"mnustatusbar"_s, u"&Статус строка"_s},
@@ -120,10 +121,11 @@ std::map<std::string, QString> sharedKeys(const QWidget& window)
 
 // What needs no file.
 const QStringList kAlways = {
-    u"mnuToolsCacl"_s, u"mnuToolsDay"_s,   u"mnuObnovlenie"_s,   u"mnuAnyDesk"_s, u"mnuAA"_s,
-    u"mnuSpravUD"_s,   u"mnuHelpManual"_s, u"mnuBrowser"_s,      u"mnuTPemail"_s, u"mnuErrorLog"_s,
-    u"mnuoproge"_s,    u"mnuFullScreen"_s, u"mnustatusbar"_s,    u"mnupanels"_s,  u"mnuFileCr"_s,
-    u"mnuFileOpen"_s,  u"mnuexit"_s,       u"mnuFileOpenFrom"_s,
+    u"mnuToolsCacl"_s, u"mnuToolsDay"_s, u"mnuObnovlenie"_s,   u"mnuAnyDesk"_s,
+    u"mnuAA"_s,        u"mnuSpravUD"_s,  u"mnuHelpManual"_s,   u"mnuBrowser"_s,
+    u"mnuTPemail"_s,   u"mnuErrorLog"_s, u"mnuoproge"_s,       u"mnuFullScreen"_s,
+    u"mnustatusbar"_s, u"mnupanels"_s,   u"mnuToolsLock"_s,    u"mnuFileCr"_s,
+    u"mnuFileOpen"_s,  u"mnuexit"_s,     u"mnuFileOpenFrom"_s,
 };
 
 // What the settled captions share among themselves.
@@ -214,9 +216,10 @@ TEST_F(MainWindow, EnablesTheCommandsOfAnOpenFileAndOfNoLaterRelease)
 {
     start(newJournal(u"a.mdb"_s));
     const QStringList enabled =
-        kAlways + QStringList{u"mnuFileOpenR"_s,  u"mnuFileClose"_s,  u"mnuposechaemost"_s,
-                              u"mnuFileSaveAs"_s, u"mnuFileSaveTo"_s, u"mnuToolsAcc"_s,
-                              u"mnuToolsArh"_s,   u"mnuToolsMail"_s};
+        kAlways + QStringList{u"mnuFileOpenR"_s,  u"mnuFileClose"_s, u"mnuposechaemost"_s,
+                              u"mnuUserChange"_s, u"mnuNastroiki"_s, u"mnuFileSaveAs"_s,
+                              u"mnuFileSaveTo"_s, u"mnuToolsAcc"_s,  u"mnuToolsArh"_s,
+                              u"mnuToolsMail"_s};
     for (const Caption& row : kCaptions) {
         const QAction* found = item(*window, row.name);
         if (!found->menu()) {
