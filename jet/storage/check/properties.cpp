@@ -78,7 +78,7 @@ std::string checkProperties(ByteView block, std::size_t names)
     const std::size_t length = get16(block, 4);
     require(get32(block, 0) == kOwnerHeader + length);
     take(block, kOwnerHeader);
-    const std::string owner = utf8FromUtf16(take(block, length));
+    std::string owner = utf8FromUtf16(take(block, length));
     while (!block.empty())
         checkProperty(block, names);
     return owner;

@@ -4,6 +4,7 @@
 #include "jet/storage/compact/freshdefinition.h"
 
 #include <algorithm>
+#include <compare>
 
 namespace jet::compact {
 
@@ -15,7 +16,7 @@ bool inOrder(const IndexEntry& a, const IndexEntry& b)
 {
     const auto order = std::lexicographical_compare_three_way(a.key.begin(), a.key.end(),
                                                               b.key.begin(), b.key.end());
-    return order != 0 ? order < 0 : a.row < b.row;
+    return std::is_eq(order) ? a.row < b.row : std::is_lt(order);
 }
 
 } // namespace

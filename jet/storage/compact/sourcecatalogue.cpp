@@ -206,7 +206,7 @@ void SourceCatalogue::settleNames()
         const std::string old = object.name;
         std::string name = old.empty() ? "Объект " + std::to_string(object.id) : old;
         for (int copy = 2; !taken.emplace(object.parent, foldName(name)).second; ++copy)
-            name = old + " (" + std::to_string(copy) + ")";
+            name = std::string(old).append(" (").append(std::to_string(copy)).append(")");
         if (name == old)
             continue;
         m_losses.add(m_tables.front().name, "объект «" + old + "» переименован в «" + name + "»",
