@@ -16,4 +16,14 @@ bool mayChangeBooks(const shell::Session& session, shell::Prompt& prompt)
     return false;
 }
 
+bool mayChangeBook(Book book, const shell::Session& session, shell::Prompt& prompt)
+{
+    if (book != Book::Users)
+        return mayChangeBooks(session, prompt);
+    if (session.mayEditUsers())
+        return true;
+    prompt.exclamation(u"Справочник пользователей может изменять только Администратор."_s);
+    return false;
+}
+
 } // namespace refbooks
