@@ -6,6 +6,7 @@
 #include "app/windows.h"
 #include "demo/demo.h"
 #include "journals/forms/frmhpos.h"
+#include "shell/forms/frmlogin.h"
 #include "shell/forms/frmmain.h"
 #include "shell/forms/programicon.h"
 #include "shell/forms/qtfilechooser.h"
@@ -91,6 +92,9 @@ int run(const app::Options& options, app::SingleInstance& instance)
     const app::QuitSignals quit;
     shell::QtPrompt prompt;
     shell::Settings settings;
+    if (!shell::frmLogin::pass(settings, prompt)) {
+        return 0;
+    }
     const bool school = settings.flag(shell::Setting::School);
     shell::Session session(
         shell::Wording(school ? shell::Institution::School : shell::Institution::College));

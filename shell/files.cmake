@@ -18,6 +18,7 @@ target_sources(shell PRIVATE
     files/locknote.cpp
     files/retention.cpp
     files/snapshot.cpp
+    files/uncleanend.cpp
     files/zipfile.cpp
 )
 target_include_directories(shell SYSTEM PRIVATE ${LIBZIP_INCLUDE})

@@ -1,5 +1,6 @@
 #include "shell/forms/frmmain.h"
 
+#include "shell/files/uncleanend.h"
 #include "shell/forms/commands.h"
 #include "shell/forms/filedrop.h"
 #include "shell/forms/fileservices.h"
@@ -84,6 +85,7 @@ StatusLine& frmMain::statusLine()
 
 void frmMain::load(const QString& file, Access access)
 {
+    const bool uncleanEnd = m_parts.settings.flag(Setting::AppClose); // of the last run
     m_parts.settings.setFlag(Setting::AppClose, true);
     m_parts.settings.sync();
     restoreBars();
@@ -98,6 +100,9 @@ void frmMain::load(const QString& file, Access access)
     m_startPage->setDemoOffered(m_files->hasDemo());
     if (!file.isEmpty()) {
         m_files->open(file, access);
+    }
+    if (uncleanEnd && m_parts.session.isOpen()) {
+        verifyFile();
     }
     m_status->show(u"Готово"_s);
 }
@@ -274,6 +279,14 @@ void frmMain::refreshCommands()
     m_commands->setWritable(!m_parts.session.isOpen() || !m_parts.session.database().readOnly());
     m_commands->refresh(m_parts.session.isOpen(), window ? window->widget() : nullptr,
                         m_parts.session.user().role);
+}
+
+void frmMain::verifyFile()
+{
+    m_status->show(u"Проверка базы данных..."_s);
+    const CheckVerdict verdict = verifyAfterUncleanEnd(m_parts.session.database());
+    verdict.sound ? m_parts.prompt.information(verdict.text)
+                  : m_parts.prompt.critical(verdict.text);
 }
 
 void frmMain::showOptions()

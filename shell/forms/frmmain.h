@@ -75,6 +75,7 @@ private:
     bool closeWindows();
     void showFile();
     void refreshCommands();
+    void verifyFile();
     void showOptions();
     void askWorkingDate();
 

@@ -233,6 +233,18 @@ TEST_F(MainWindow, StaysOpenWhenAChildWindowDoes)
     EXPECT_FALSE(session.isOpen());
 }
 
+TEST_F(MainWindow, VerifiesTheFileAfterAnUncleanEnd)
+{
+    const QString path = newJournal(u"a.mdb"_s);
+    settings.setFlag(shell::Setting::AppClose, true);
+    prompt.expect(Box::Information,
+                  u"Прошлый раз программа завершилась неправильно. База данных проверена "
+                  "полностью, ошибок не найдено."_s);
+    start(path);
+    EXPECT_TRUE(prompt.done());
+    restart(path); // this time it ended as it should
+}
+
 TEST_F(MainWindow, EveryInteractiveWidgetHasAName)
 {
     settings.addRecentFile(newJournal(u"a.mdb"_s));
