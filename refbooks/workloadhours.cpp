@@ -4,7 +4,7 @@
 #include "jet/database.h"
 #include "jet/sqltext.h"
 
-#include <set>
+#include <algorithm>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -14,46 +14,61 @@ namespace sql = jet::sql;
 namespace refbooks {
 namespace {
 
-// Day and number of a lesson.
-using Times = std::set<std::pair<double, std::int64_t>>;
+struct Row
+{
+    WorkloadHours hours;
+    std::int64_t link = 0;
+};
+// Days and numbers of lessons, by the key of their row or the number of their link.
+using Times = std::vector<std::pair<double, std::int64_t>>;
 using TimesByKey = std::unordered_map<std::int64_t, Times>;
 
-struct HeldLessons
+// All workload rows by their keys.
+std::unordered_map<std::int64_t, Row> readRows(jet::Database& database)
 {
-    TimesByKey byRow;
-    TimesByKey byLink;
-};
+    auto rows =
+        database.query("SELECT SPNAGR.IDN, SPNAGR.IDNN, SPNAGR.IDGG, SPNAGR.CHSEM, SPPREP.FAMIO, "
+                       "SPGRUP.NAIM AS GRP, SPPRED.NAIM AS PRED "
+                       "FROM ((SPNAGR LEFT JOIN SPPREP ON SPNAGR.IDP = SPPREP.IDP) "
+                       "LEFT JOIN SPGRUP ON SPNAGR.IDG = SPGRUP.IDG) "
+                       "LEFT JOIN SPPRED ON SPNAGR.IDD = SPPRED.IDD;");
+    std::unordered_map<std::int64_t, Row> found;
+    while (rows.next()) {
+        const std::int64_t key = rows.integer(0);
+        found[key] = {.hours = {.key = key,
+                                .teacher = data::fromUtf8(rows.text(4)),
+                                .group = data::fromUtf8(rows.text(5)),
+                                .subgroup = static_cast<int>(rows.integer(2)),
+                                .discipline = data::fromUtf8(rows.text(6)),
+                                .planned = static_cast<int>(rows.integer(3))},
+                      .link = rows.integer(1)};
+    }
+    return found;
+}
 
-// One reading of all lessons: a journal holds some ten thousands and no index by workload.
-HeldLessons heldLessons(jet::Database& database, QDate through)
+// Adds the times of the lessons held to the keys and links that `byRow` and `byLink` name. One
+// reading of all lessons: there may be a hundred thousand, with no index by workload.
+void readTimes(jet::Database& database, QDate through, TimesByKey& byRow, TimesByKey& byLink)
 {
     std::string condition = " WHERE (((UROKI.ZP)=False)";
     if (through.isValid())
         condition += " AND (UROKI.DAT < " + sql::date(data::toJet(through.addDays(1))) + ")";
-    auto rows = database.query("SELECT UROKI.IDN, UROKI.IDNN, UROKI.DAT, UROKI.UR FROM UROKI"
-                               + condition + ");");
-    HeldLessons lessons;
-    while (rows.next()) {
-        const std::pair time(rows.date(2).days, rows.integer(3));
-        if (const std::int64_t row = rows.integer(0); row > 0)
-            lessons.byRow[row].insert(time);
-        if (const std::int64_t link = rows.integer(1); link > 0)
-            lessons.byLink[link].insert(time);
+    auto lessons = database.query("SELECT UROKI.IDN, UROKI.IDNN, UROKI.DAT, UROKI.UR FROM UROKI"
+                                  + condition + ");");
+    while (lessons.next()) {
+        const std::pair time(lessons.date(2).days, lessons.integer(3));
+        if (const auto row = byRow.find(lessons.integer(0)); row != byRow.end())
+            row->second.push_back(time);
+        if (const auto link = byLink.find(lessons.integer(1)); link != byLink.end())
+            link->second.push_back(time);
     }
-    return lessons;
 }
 
-std::size_t lessonsOf(const HeldLessons& lessons, std::int64_t row, std::int64_t link)
+int countDifferent(Times times)
 {
-    const auto own = lessons.byRow.find(row);
-    const auto shared = link > 0 ? lessons.byLink.find(link) : lessons.byLink.end();
-    if (shared == lessons.byLink.end())
-        return own == lessons.byRow.end() ? 0 : own->second.size();
-    if (own == lessons.byRow.end())
-        return shared->second.size();
-    Times both = own->second;
-    both.insert(shared->second.begin(), shared->second.end());
-    return both.size();
+    std::ranges::sort(times);
+    const auto rest = std::ranges::unique(times);
+    return static_cast<int>(rest.begin() - times.begin());
 }
 
 } // namespace
@@ -62,25 +77,28 @@ std::vector<WorkloadHours> workloadHours(jet::Database& database,
                                          std::span<const std::int64_t> keys, QDate through,
                                          int hoursPerLesson)
 {
-    const HeldLessons lessons = heldLessons(database, through);
+    const auto rows = readRows(database);
+    TimesByKey byRow, byLink;
+    for (const std::int64_t key : keys) {
+        const auto found = rows.find(key);
+        if (found == rows.end())
+            continue;
+        byRow[key];
+        if (found->second.link > 0)
+            byLink[found->second.link];
+    }
+    readTimes(database, through, byRow, byLink);
+
     std::vector<WorkloadHours> hours;
     for (const std::int64_t key : keys) {
-        auto row = database.query(
-            "SELECT SPNAGR.IDNN, SPNAGR.IDGG, SPNAGR.CHSEM, SPPREP.FAMIO, SPGRUP.NAIM AS GRP, "
-            "SPPRED.NAIM AS PRED FROM ((SPNAGR LEFT JOIN SPPREP ON SPNAGR.IDP = SPPREP.IDP) "
-            "LEFT JOIN SPGRUP ON SPNAGR.IDG = SPGRUP.IDG) "
-            "LEFT JOIN SPPRED ON SPNAGR.IDD = SPPRED.IDD WHERE SPNAGR.IDN = "
-            + sql::number(key) + ";");
-        if (!row.next())
+        const auto found = rows.find(key);
+        if (found == rows.end())
             continue;
-        const auto held = static_cast<int>(lessonsOf(lessons, key, row.integer("IDNN")));
-        hours.push_back({.key = key,
-                         .teacher = data::fromUtf8(row.text("FAMIO")),
-                         .group = data::fromUtf8(row.text("GRP")),
-                         .subgroup = static_cast<int>(row.integer("IDGG")),
-                         .discipline = data::fromUtf8(row.text("PRED")),
-                         .planned = static_cast<int>(row.integer("CHSEM")),
-                         .held = held * hoursPerLesson});
+        Times times = byRow.at(key);
+        if (const auto shared = byLink.find(found->second.link); shared != byLink.end())
+            times.insert(times.end(), shared->second.begin(), shared->second.end());
+        hours.push_back(found->second.hours);
+        hours.back().held = countDifferent(std::move(times)) * hoursPerLesson;
     }
     return hours;
 }
