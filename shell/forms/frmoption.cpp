@@ -75,6 +75,7 @@ frmOption::frmOption(Session& session, Settings& settings, Prompt& prompt, QWidg
     setObjectName(u"frmOption"_s);
     setWindowTitle(u"Параметры"_s);
     tbsOptions->setObjectName(u"tbsOptions"_s);
+    tbsOptions->setUsesScrollButtons(false); // the dialog grows until every tab is seen
     const Wording& wording = session.wording();
     tbsOptions->addTab(institutionPage(), u"&Учебное заведение"_s);
     tbsOptions->addTab(studyPage(), u"Учебный &период"_s);
@@ -158,6 +159,7 @@ QWidget* frmOption::studyPage()
     m_yearBegin = optionDate(u"DT1_0"_s, u"Начало учебного периода"_s);
     m_yearEnd = optionDate(u"DT1_1"_s, u"Конец учебного периода"_s);
     auto* year = new QFormLayout;
+    year->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     year->addRow(u"Н&ачало:"_s, m_yearBegin);
     year->addRow(u"&Конец:"_s, m_yearEnd);
 
