@@ -3,6 +3,8 @@
 #include "refbooks/worded.h"
 #include "shell/settings.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace refbooks {
@@ -62,7 +64,10 @@ void BookFilter::fill(jet::Database& database)
     const bool hadChoice = m_secondPosition >= 0 && !m_second.empty();
     const auto key = hadChoice ? keyAt(m_second, m_secondPosition) : std::nullopt;
     m_second = secondChoices(database);
-    m_secondPosition = hadChoice || m_book == Book::Students ? positionOf(m_second, key) : -1;
+    // The workload's list has no row for nobody; without their subgroup students are all shown.
+    m_secondPosition = positionOf(m_second, key);
+    if (m_book == Book::Students)
+        m_secondPosition = std::max(m_secondPosition, 0);
 }
 
 void BookFilter::chooseFirst(int position, jet::Database& database)

@@ -84,22 +84,25 @@ RecordCheck::Failed RecordCheck::required()
 
 RecordCheck::Failed RecordCheck::unique()
 {
-    const std::string table(bookInfo(m_draft.book).table);
     for (int i = 0; i < static_cast<int>(m_draft.fields.size()); ++i) {
         const RecordField& field = m_draft.fields[static_cast<std::size_t>(i)];
-        if (field.requirement != Requirement::Unique)
+        if (field.requirement != Requirement::Unique || !isTaken(field, m_draft.text(i)))
             continue;
-        const QString value = m_draft.text(i);
-        const auto query = "SELECT * FROM " + table + " WHERE (((" + table + "."
-                           + std::string(field.field) + ")=" + sql::text(data::toUtf8(value)) + ") "
-                           + otherRows() + ");";
-        if (database().count(query) > 0)
-            return refuse(u"Значение "_s + quoted(value) + u" поля "_s + quoted(field.name())
-                              + u" уже имеется в другой строке справочника. Измените введенное "
-                                "значение."_s,
-                          i);
+        return refuse(u"Значение "_s + quoted(m_draft.text(i)) + u" поля "_s + quoted(field.name())
+                          + u" уже имеется в другой строке справочника. Измените введенное "
+                            "значение."_s,
+                      i);
     }
     return {};
+}
+
+bool RecordCheck::isTaken(const RecordField& field, const QString& value)
+{
+    const std::string table(bookInfo(m_draft.book).table);
+    const std::string query = "SELECT * FROM " + table + " WHERE (((" + table + "."
+                              + std::string(field.field) + ")=" + sql::text(data::toUtf8(value))
+                              + ") " + otherRows() + ");";
+    return database().count(query) > 0;
 }
 
 RecordCheck::Failed RecordCheck::passwords()

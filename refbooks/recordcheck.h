@@ -44,6 +44,7 @@ private:
     Failed columns();
 
     bool isBook(Book book) const { return m_draft.book == book; }
+    bool isTaken(const RecordField& field, const QString& value); // by another row
     // " AND ((TABLE.KEY)<>key)" when a row is edited, so that it does not meet itself.
     std::string otherRows() const;
     Failed refuse(const QString& text, int field);

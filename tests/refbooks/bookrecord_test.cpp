@@ -1,5 +1,6 @@
 #include "refbooks/bookrecord.h"
 
+#include "jet/error.h"
 #include "tests/refbooks/bookfixture.h"
 
 using namespace Qt::StringLiterals;
@@ -500,6 +501,34 @@ TEST_F(BookRecords, LeaveFieldsOutsideTheDialogAlone)
     EXPECT_EQ(rows("SELECT CHSEM, IDGG, IDNN, IDA, PRAKT FROM SPNAGR ORDER BY IDN;"),
               (QStringList{u"12 2 7 3 -1"_s, u"12 2 - - 0"_s}))
         << "a copy is not linked";
+}
+
+TEST_F(BookRecords, KeepWhatWasTypedWhenTheFileCannotBeWritten)
+{
+    if (!FailingWrites::possible())
+        GTEST_SKIP();
+    const auto record = opened(Book::Teachers, RecordMode::Edit, teacher);
+    enter(*record, {{"FAMIO", text(u"Петров П.П."_s)}});
+    {
+        const FailingWrites full;
+        EXPECT_THROW(record->save(), jet::Error);
+    }
+    EXPECT_TRUE(record->isChanged());
+    EXPECT_EQ(rows("SELECT FAMIO FROM SPPREP;"), QStringList{u"Иванов И.И."_s});
+    EXPECT_TRUE(record->save());
+    reopen();
+    EXPECT_EQ(rows("SELECT FAMIO FROM SPPREP;"), QStringList{u"Петров П.П."_s});
+}
+
+TEST_F(BookRecords, RoundHoursOfAWorkloadAsTheFileDoes)
+{
+    const std::vector<Entry> entries = {{"IDP", choice(teacher)},
+                                        {"IDG", choice(add("SPGRUP", {{"NAIM", "ИС-21"}}))},
+                                        {"IDD", choice(add("SPPRED", {{"NAIM", "Физика"}}))}};
+    const auto record = opened(Book::Workload);
+    enter(*record, entries);
+    EXPECT_EQ(failed(*record, {{"CHSEM", text(u"36,6"_s)}}), "") << "whole numbers are not asked";
+    EXPECT_EQ(rows("SELECT CHSEM FROM SPNAGR;"), QStringList{u"37"_s});
 }
 
 TEST_F(BookRecords, OfEveryBookOpenNewAndStoreTheirSmallestRow)
