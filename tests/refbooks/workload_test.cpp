@@ -157,7 +157,8 @@ TEST_F(Workload, LessonOfALinkCountsForEachOfItsRows)
     lesson(head, 10, 1, head);
     lesson(second, 10, 1, head); // the same hour, entered for the other row too
     lesson(second, 11, 1);       // of this row alone
-    EXPECT_EQ(held({head, second, free}, QDate()), (std::vector<int>{2, 4, 0}));
+    lesson(head, 12, 1, head);   // entered once for both
+    EXPECT_EQ(held({head, second, free}, QDate()), (std::vector<int>{4, 6, 0}));
 }
 
 TEST_F(Workload, HoursAreShownWithTheRowsNamesAndSummed)

@@ -165,6 +165,16 @@ TEST_F(WorkloadCopying, FullDiskLeavesNoLinkOfTheSourceAlone)
     EXPECT_EQ(placed(), QStringList{u"901 0 -"_s});
 }
 
+TEST_F(WorkloadCopying, RowThatFailsHalfwayLeavesNoCopies)
+{
+    const auto key = workload();
+    expectQuestion(question(u"подгруппы"_s, u"1 п/г, 300 п/г"_s));
+    const std::vector<CopyTarget> targets = {{1, u"1 п/г"_s}, {300, u"300 п/г"_s}}; // no byte
+    EXPECT_THROW(copy({key}, CopyTo::Subgroups, targets), jet::Error);
+    reopen();
+    EXPECT_EQ(placed(), QStringList{u"901 0 -"_s});
+}
+
 TEST_F(WorkloadCopying, SubgroupsAreThoseOfTheGroupAndAtLeastTwo)
 {
     const auto key = workload({{"IDG", firstGroup}});
