@@ -67,8 +67,7 @@ void readTimes(jet::Database& database, QDate through, TimesByKey& byRow, TimesB
 int countDifferent(Times times)
 {
     std::ranges::sort(times);
-    const auto rest = std::ranges::unique(times);
-    return static_cast<int>(rest.begin() - times.begin());
+    return static_cast<int>(std::unique(times.begin(), times.end()) - times.begin());
 }
 
 } // namespace

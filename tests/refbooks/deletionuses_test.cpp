@@ -3,8 +3,6 @@
 
 #include "tests/refbooks/bookfixture.h"
 
-#include <ostream>
-
 using namespace Qt::StringLiterals;
 using refbooks::Book;
 
@@ -20,11 +18,6 @@ struct Use
     const char* college;
     const char* school;
 };
-
-void PrintTo(const Use& use, std::ostream* out)
-{
-    *out << use.table << " used by " << use.userTable;
-}
 
 const Use kUses[] = {
     {Book::Specialities, "SPOTD", "NAIM", "SPGRUP", "IDO",
@@ -117,7 +110,7 @@ protected:
     // The row is refused while the other table holds its key, and goes once it does not.
     void check(const Use& use, const char* message)
     {
-        SCOPED_TRACE(testing::PrintToString(use));
+        SCOPED_TRACE(std::string(use.table) + " used by " + use.userTable);
         session.database().execute(std::string("DELETE * FROM ") + use.userTable);
         const auto other = addRow(use);
         const auto key = addRow(use);

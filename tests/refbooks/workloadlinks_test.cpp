@@ -26,6 +26,7 @@ protected:
     std::vector<std::int64_t> workloads(int count)
     {
         std::vector<std::int64_t> keys;
+        keys.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i)
             keys.push_back(workload());
         return keys;
