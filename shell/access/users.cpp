@@ -13,8 +13,10 @@ Users Users::of(jet::Database& database)
     auto record = database.query(
         "SELECT USERS.IDU, USERS.NAIM, USERS.ROLE, USERS.PSSW FROM USERS ORDER BY USERS.NAIM;");
     while (record.next()) {
-        const SignedIn user{record.integer("IDU"), data::fromUtf8(record.text("NAIM")),
-                            roleOf(static_cast<int>(record.integer("ROLE")))};
+        // An empty role is the least of them, as in the users book.
+        const Role role =
+            record.isNull("ROLE") ? Role::User : roleOf(static_cast<int>(record.integer("ROLE")));
+        const SignedIn user{record.integer("IDU"), data::fromUtf8(record.text("NAIM")), role};
         rows.push_back({user, data::fromUtf8(record.text("PSSW"))});
     }
     return Users(std::move(rows));

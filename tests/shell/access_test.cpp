@@ -84,6 +84,14 @@ TEST(Users, SignInWithThePasswordOfTheFile)
     EXPECT_FALSE(users.signIn(3, {}).has_value());
 }
 
+TEST(Users, WithoutARoleHaveTheLeast)
+{
+    SmallJournal journal;
+    journal.database().execute("INSERT INTO USERS (NAIM, PSSW) VALUES (\"Новый\", \"\");");
+    const Users users = Users::of(journal.database());
+    EXPECT_EQ(users.signIn(users.offered(u"Новый"_s), {})->role, Role::User);
+}
+
 TEST(Users, OfferTheLastNameElseAnAdministrator)
 {
     const Users users({record(1, u"Белова"_s, Role::User, {}),
