@@ -15,7 +15,7 @@ namespace {
 QString journalIn(const QDropEvent& drop)
 {
     for (const QUrl& url : drop.mimeData()->urls()) {
-        const QString path = url.toLocalFile();
+        QString path = url.toLocalFile();
         if (QFileInfo(path).suffix().compare(u"mdb"_s, Qt::CaseInsensitive) == 0) {
             return path;
         }

@@ -70,22 +70,22 @@ frmOption::frmOption(Session& session, Settings& settings, Prompt& prompt, QWidg
     , m_session(session)
     , m_settings(settings)
     , m_prompt(prompt)
-    , tbsOptions(new QTabWidget)
+    , m_tabs(new QTabWidget)
 {
     setObjectName(u"frmOption"_s);
     setWindowTitle(u"Параметры"_s);
-    tbsOptions->setObjectName(u"tbsOptions"_s);
-    tbsOptions->setUsesScrollButtons(false); // the dialog grows until every tab is seen
+    m_tabs->setObjectName(u"tbsOptions"_s);
+    m_tabs->setUsesScrollButtons(false); // the dialog grows until every tab is seen
     const Wording& wording = session.wording();
-    tbsOptions->addTab(institutionPage(), u"&Учебное заведение"_s);
-    tbsOptions->addTab(studyPage(), u"Учебный &период"_s);
-    tbsOptions->addTab(interfacePage(), wording.translate(u"&Интерфейс"_s));
-    tbsOptions->addTab(networkPage(), u"&Сетевая версия"_s);
+    m_tabs->addTab(institutionPage(), u"&Учебное заведение"_s);
+    m_tabs->addTab(studyPage(), u"Учебный &период"_s);
+    m_tabs->addTab(interfacePage(), wording.translate(u"&Интерфейс"_s));
+    m_tabs->addTab(networkPage(), u"&Сетевая версия"_s);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(tbsOptions);
+    layout->addWidget(m_tabs);
     setUpButtons();
     fill();
-    txtNaim->setFocus();
+    m_institution->setFocus();
 }
 
 void frmOption::setUpButtons()
@@ -109,9 +109,9 @@ void frmOption::setUpButtons()
 
 QWidget* frmOption::institutionPage()
 {
-    txtNaim = optionLine(u"txtNaim"_s, u"Наименование учебного заведения"_s,
-                         data::settingsTextLimit("NAIM"));
-    txtAdres = optionLine(u"txtAdres"_s, u"Адрес"_s, data::settingsTextLimit("ADR"));
+    m_institution = optionLine(u"txtNaim"_s, u"Наименование учебного заведения"_s,
+                               data::settingsTextLimit("NAIM"));
+    m_address = optionLine(u"txtAdres"_s, u"Адрес"_s, data::settingsTextLimit("ADR"));
     auto* page = new QWidget;
     auto* column = new QVBoxLayout(page);
     const auto addLine = [column](const QString& caption, QLineEdit* line) {
@@ -120,13 +120,13 @@ QWidget* frmOption::institutionPage()
         column->addWidget(label);
         column->addWidget(line);
     };
-    addLine(u"&Наименование учебного заведения:"_s, txtNaim);
-    addLine(u"&Адрес:"_s, txtAdres);
-    RukCH = optionBox(u"RukCH"_s, u"Печатать УТВЕРЖДАЮ"_s);
-    dolCH = optionBox(u"dolCH"_s, u"Печать подписи отв. лица"_s);
-    column->addWidget(signatureBox(u"Руководитель"_s, m_headPost, m_headName, RukCH));
-    column->addWidget(
-        signatureBox(u"Ответственное лицо"_s, m_responsiblePost, m_responsibleName, dolCH));
+    addLine(u"&Наименование учебного заведения:"_s, m_institution);
+    addLine(u"&Адрес:"_s, m_address);
+    m_printHead = optionBox(u"RukCH"_s, u"Печатать УТВЕРЖДАЮ"_s);
+    m_printResponsible = optionBox(u"dolCH"_s, u"Печать подписи отв. лица"_s);
+    column->addWidget(signatureBox(u"Руководитель"_s, m_headPost, m_headName, m_printHead));
+    column->addWidget(signatureBox(u"Ответственное лицо"_s, m_responsiblePost, m_responsibleName,
+                                   m_printResponsible));
     m_headPost->setObjectName(u"txtRuk1_0"_s);
     m_headName->setObjectName(u"txtRuk1_1"_s);
     m_responsiblePost->setObjectName(u"txtDol1_0"_s);
@@ -150,10 +150,10 @@ QWidget* frmOption::signatureBox(const QString& title, QLineEdit*& post, QLineEd
 
 QWidget* frmOption::studyPage()
 {
-    DT0 = optionDate(u"DT0"_s, u"Рабочая дата"_s);
+    m_workingDate = optionDate(u"DT0"_s, u"Рабочая дата"_s);
     m_askDate = optionBox(u"Ch1_2"_s, u"&Запрашивать рабочую дату при загрузке"_s);
     auto* workingDate = new QVBoxLayout;
-    workingDate->addWidget(DT0, 0, Qt::AlignLeft);
+    workingDate->addWidget(m_workingDate, 0, Qt::AlignLeft);
     workingDate->addWidget(m_askDate);
 
     m_yearBegin = optionDate(u"DT1_0"_s, u"Начало учебного периода"_s);
@@ -163,13 +163,13 @@ QWidget* frmOption::studyPage()
     year->addRow(u"Н&ачало:"_s, m_yearBegin);
     year->addRow(u"&Конец:"_s, m_yearEnd);
 
-    Text12 = new QSpinBox;
-    Text12->setObjectName(u"Text12"_s);
-    Text12->setRange(1, data::kMostHoursPerLesson);
+    m_hours = new QSpinBox;
+    m_hours->setObjectName(u"Text12"_s);
+    m_hours->setRange(1, data::kMostHoursPerLesson);
     const QString lesson = m_session.wording().translate(u"Занятие, час."_s);
-    Text12->setAccessibleName(lesson);
+    m_hours->setAccessibleName(lesson);
     auto* length = new QVBoxLayout;
-    length->addWidget(Text12, 0, Qt::AlignLeft);
+    length->addWidget(m_hours, 0, Qt::AlignLeft);
 
     auto* page = new QWidget;
     auto* column = new QVBoxLayout(page);
@@ -229,42 +229,42 @@ QWidget* frmOption::networkPage()
 void frmOption::fill()
 {
     const data::SettingsRow& row = m_session.settings();
-    txtNaim->setText(row.institution);
-    txtAdres->setText(row.address);
+    m_institution->setText(row.institution);
+    m_address->setText(row.address);
     m_headPost->setText(row.headPost);
     m_headName->setText(row.headName);
-    RukCH->setChecked(row.printHead);
+    m_printHead->setChecked(row.printHead);
     m_responsiblePost->setText(row.responsiblePost);
     m_responsibleName->setText(row.responsibleName);
-    dolCH->setChecked(row.printResponsible);
-    DT0->setDate(shown(row.workingDate));
+    m_printResponsible->setChecked(row.printResponsible);
+    m_workingDate->setDate(shown(row.workingDate));
     m_yearBegin->setDate(shown(row.yearBegin));
     m_yearEnd->setDate(shown(row.yearEnd));
     m_useTimetable->setChecked(row.useTimetable);
     m_autoSave->setChecked(row.autoSaveGrades);
     m_askDate->setChecked(row.askWorkingDate);
-    Text12->setValue(row.hoursPerLesson);
+    m_hours->setValue(row.hoursPerLesson);
     m_school->setChecked(m_settings.flag(Setting::School));
 }
 
 data::SettingsRow frmOption::entered() const
 {
     data::SettingsRow row;
-    row.institution = txtNaim->text();
-    row.address = txtAdres->text();
+    row.institution = m_institution->text();
+    row.address = m_address->text();
     row.headPost = m_headPost->text();
     row.headName = m_headName->text();
-    row.printHead = RukCH->isChecked();
+    row.printHead = m_printHead->isChecked();
     row.responsiblePost = m_responsiblePost->text();
     row.responsibleName = m_responsibleName->text();
-    row.printResponsible = dolCH->isChecked();
-    row.workingDate = DT0->date();
+    row.printResponsible = m_printResponsible->isChecked();
+    row.workingDate = m_workingDate->date();
     row.yearBegin = m_yearBegin->date();
     row.yearEnd = m_yearEnd->date();
     row.useTimetable = m_useTimetable->isChecked();
     row.autoSaveGrades = m_autoSave->isChecked();
     row.askWorkingDate = m_askDate->isChecked();
-    row.hoursPerLesson = Text12->value();
+    row.hoursPerLesson = m_hours->value();
     return row;
 }
 

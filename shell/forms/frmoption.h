@@ -47,22 +47,23 @@ private:
     Session& m_session;
     Settings& m_settings;
     Prompt& m_prompt;
-    QTabWidget* tbsOptions;
-    QLineEdit* txtNaim = nullptr;
-    QLineEdit* txtAdres = nullptr;
-    QLineEdit* m_headPost = nullptr; // txtRuk1, both boxes
+    // Beside each member that a control of the dialog has another name for: its object name.
+    QTabWidget* m_tabs;                 // tbsOptions
+    QLineEdit* m_institution = nullptr; // txtNaim
+    QLineEdit* m_address = nullptr;     // txtAdres
+    QLineEdit* m_headPost = nullptr;    // txtRuk1, both boxes
     QLineEdit* m_headName = nullptr;
-    QCheckBox* RukCH = nullptr;
+    QCheckBox* m_printHead = nullptr;       // RukCH
     QLineEdit* m_responsiblePost = nullptr; // txtDol1, both boxes
     QLineEdit* m_responsibleName = nullptr;
-    QCheckBox* dolCH = nullptr;
-    QDateEdit* DT0 = nullptr;
-    QDateEdit* m_yearBegin = nullptr; // DT1, both pickers
+    QCheckBox* m_printResponsible = nullptr; // dolCH
+    QDateEdit* m_workingDate = nullptr;      // DT0
+    QDateEdit* m_yearBegin = nullptr;        // DT1, both pickers
     QDateEdit* m_yearEnd = nullptr;
     QCheckBox* m_useTimetable = nullptr; // Ch1, three boxes
     QCheckBox* m_autoSave = nullptr;
     QCheckBox* m_askDate = nullptr;
-    QSpinBox* Text12 = nullptr;
+    QSpinBox* m_hours = nullptr; // Text12
     QRadioButton* m_school = nullptr;
 };
 

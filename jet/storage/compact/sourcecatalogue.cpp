@@ -209,8 +209,9 @@ void SourceCatalogue::settleNames()
             name = std::string(old).append(" (").append(std::to_string(copy)).append(")");
         if (name == old)
             continue;
-        m_losses.add(m_tables.front().name, "объект «" + old + "» переименован в «" + name + "»",
-                     place.page, place.row);
+        const std::string renamed =
+            std::string("объект «").append(old).append("» переименован в «").append(name);
+        m_losses.add(m_tables.front().name, renamed + "»", place.page, place.row);
         object.name = name;
         object.changed = true;
         for (SourceTable& table : m_tables) {
