@@ -1,6 +1,7 @@
 #include "jet/database.h"
 #include "shell/forms/frmoption.h"
 #include "shell/forms/frmworkdate.h"
+#include "tests/shell_forms/accessible.h"
 #include "tests/shell_forms/mainwindow.h"
 #include "tests/shell_forms/modal.h"
 
@@ -90,6 +91,7 @@ TEST_F(Options, ShowAnEmptyWorkingDateAsTheFirstOf2000AndCancelWithoutATrace)
     startWithFile();
     ASSERT_TRUE(stored("DATR").isNull());
     inNextDialog<frmOption>([](auto& dialog) {
+        EXPECT_EQ(withoutAccessibleName(dialog), "");
         EXPECT_EQ(in<QDateEdit>(dialog, u"DT0"_s).text(), u"01.01.2000"_s);
         in<QLineEdit>(dialog, u"txtNaim"_s).setText(u"Другое"_s);
         press(dialog, u"cmdCancel"_s);

@@ -3,6 +3,7 @@
 #include "shell/forms/frmlogin.h"
 #include "shell/forms/frmloginmulti.h"
 #include "shell/forms/frmpassword.h"
+#include "tests/shell_forms/accessible.h"
 #include "tests/shell_forms/mainwindow.h"
 #include "tests/shell_forms/modal.h"
 
@@ -55,6 +56,7 @@ TEST_F(SignIn, OpensALockedFileOnlyWithThePassword)
 
     prompt.expect(Box::Exclamation, u"Неверный пароль, введите заново!"_s);
     inNextDialog<shell::frmLoginMulti>([](auto& dialog) {
+        EXPECT_EQ(withoutAccessibleName(dialog), "");
         EXPECT_EQ(dialog.template findChild<QComboBox*>(u"cmbUser"_s)->currentText(),
                   u"Администратор"_s);
         enterPassword(dialog, u"2"_s);
