@@ -41,6 +41,7 @@ frmArchive::frmArchive(const Archive& archive, const QString& journal, Prompt& p
     , ui(std::make_unique<Ui::frmArchive>())
 {
     ui->setupUi(this);
+    ui->lvCopies->headerItem()->setTextAlignment(3, Qt::AlignRight | Qt::AlignVCenter);
     resize(fontMetrics().averageCharWidth() * 100, fontMetrics().height() * 24);
     m_readers.setMaxThreadCount(1);
     m_pause->setSingleShot(true);

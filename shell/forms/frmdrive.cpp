@@ -28,6 +28,10 @@ frmDrive::frmDrive(DriveRequest request, QWidget* parent)
     , ui(std::make_unique<Ui::frmDrive>())
 {
     ui->setupUi(this);
+    for (const int column : {2, 3}) {
+        ui->lvDrives->headerItem()->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+    }
+    ui->lvFiles->headerItem()->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
     const bool restoring = m_request.aim == DriveAim::RestoreFrom;
     setWindowTitle(restoring ? u"Восстановить со съемного диска"_s
                              : u"Скопировать на съемный диск"_s);
