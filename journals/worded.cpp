@@ -37,10 +37,7 @@ const QHash<QString, QString>& schoolTexts()
 
 QString worded(const shell::Wording& wording, const QString& text)
 {
-    if (!wording.isSchool())
-        return text;
-    const auto own = schoolTexts().constFind(text);
-    return own != schoolTexts().constEnd() ? *own : wording.translate(text);
+    return wording.translate(text, schoolTexts());
 }
 
 } // namespace journals

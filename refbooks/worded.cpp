@@ -21,24 +21,16 @@ const QHash<QString, QString>& schoolTexts()
     return texts;
 }
 
-QString inWords(const shell::Wording& wording, const QString& text, bool goOn)
-{
-    if (!wording.isSchool())
-        return text;
-    const auto own = schoolTexts().constFind(text);
-    return own != schoolTexts().constEnd() ? *own : wording.translate(text, goOn);
-}
-
 } // namespace
 
 QString worded(const shell::Wording& wording, const QString& text)
 {
-    return inWords(wording, text, false);
+    return wording.translate(text, schoolTexts());
 }
 
 QString wordedMessage(const shell::Wording& wording, const QString& text)
 {
-    return inWords(wording, text, true);
+    return wording.translate(text, schoolTexts(), true);
 }
 
 } // namespace refbooks

@@ -98,4 +98,10 @@ QString Wording::translate(const QString& text, bool goOn, int occurrence) const
     return result;
 }
 
+QString Wording::translate(const QString& text, const QHash<QString, QString>& own, bool goOn) const
+{
+    const auto found = isSchool() ? own.constFind(text) : own.constEnd();
+    return found != own.constEnd() ? *found : translate(text, goOn);
+}
+
 } // namespace shell

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 
 namespace shell {
@@ -22,6 +23,9 @@ public:
     // Applies the matching row number `occurrence` (0 = the first that matches), and with
     // `goOn` every later matching row too, each to the result of the one before.
     QString translate(const QString& text, bool goOn = false, int occurrence = 0) const;
+    // The same, but a text that the table would spoil has its school form in `own`.
+    QString translate(const QString& text, const QHash<QString, QString>& own,
+                      bool goOn = false) const;
 
 private:
     Institution m_institution;

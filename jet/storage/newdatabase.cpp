@@ -50,16 +50,6 @@ void writeDefinitions(Pager& pager, PageAllocator& allocator, std::uint16_t coll
     }
 }
 
-// Sets the columns named, in the order of the definition, and inserts the row.
-void insertRow(Table& table, std::initializer_list<std::pair<const char*, Value>> values)
-{
-    const Definition& definition = table.definition();
-    std::vector<Value> row(definition.columns.size());
-    for (const auto& [name, value] : values)
-        row[static_cast<std::size_t>(definition.columnPosition(name))] = value;
-    table.insert(row);
-}
-
 void insertObjects(Table& table, const DatabaseHeader& header)
 {
     const struct

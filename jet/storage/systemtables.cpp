@@ -1,5 +1,7 @@
 #include "jet/storage/systemtables.h"
 
+#include "jet/storage/table.h"
+
 namespace jet {
 
 namespace {
@@ -185,6 +187,15 @@ std::array<Definition, 4> systemTableDefinitions(std::uint16_t collation)
 {
     return {objects(collation), permissions(collation), queries(collation),
             relationships(collation)};
+}
+
+void insertRow(Table& table, std::initializer_list<std::pair<const char*, Value>> values)
+{
+    const Definition& definition = table.definition();
+    std::vector<Value> row(definition.columns.size());
+    for (const auto& [name, value] : values)
+        row[static_cast<std::size_t>(definition.columnPosition(name))] = value;
+    table.insert(row);
 }
 
 } // namespace jet

@@ -132,6 +132,12 @@ void moveInPlace(const QString& part, const QString& to)
         files.rename(data::toPath(part), data::toPath(to));
 }
 
+bool sameFile(const QString& left, const QString& right)
+{
+    const QString real = QFileInfo(left).canonicalFilePath();
+    return !real.isEmpty() && real == QFileInfo(right).canonicalFilePath();
+}
+
 bool sameBytes(const QString& left, const QString& right, const Progress& progress)
 {
     QFile first(left);

@@ -23,6 +23,9 @@ void moveInPlace(const QString& part, const QString& to);
 // Throws Error (DiskFull) when the disk of `folder` has less room than that.
 void requireRoom(const QString& folder, qint64 bytes);
 
+// Whether both paths lead to one and the same file, which exists.
+bool sameFile(const QString& left, const QString& right);
+
 // Whether both files hold the same bytes; reads from the medium where the system can be told
 // to. Nothing is thrown for a file that is too short. False when cancelled, too.
 bool sameBytes(const QString& left, const QString& right, const Progress& progress = {});

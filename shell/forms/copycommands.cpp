@@ -33,12 +33,6 @@ const QString kNotArchived = u"Архивная копия базы данных
 const QString kNotRestored = u"Восстановление базы данных из архива не было выполнено."_s;
 const QString kBeforeRestoring = u"перед восстановлением"_s;
 
-bool sameFile(const QString& left, const QString& right)
-{
-    const QString real = QFileInfo(left).canonicalFilePath();
-    return !real.isEmpty() && real == QFileInfo(right).canonicalFilePath();
-}
-
 // Throws Error (Locked) when a program has the file open that would be replaced.
 void requireFree(const QString& path)
 {

@@ -3,6 +3,7 @@
 #include "data/convert.h"
 #include "data/journal.h"
 #include "jet/error.h"
+#include "shell/files/copyfile.h"
 #include "shell/files/filetexts.h"
 #include "shell/files/locknote.h"
 #include "shell/files/snapshot.h"
@@ -37,12 +38,6 @@ public:
     WaitCursor(const WaitCursor&) = delete;
     WaitCursor& operator=(const WaitCursor&) = delete;
 };
-
-bool sameFile(const QString& left, const QString& right)
-{
-    const QString real = QFileInfo(left).canonicalFilePath();
-    return !real.isEmpty() && real == QFileInfo(right).canonicalFilePath();
-}
 
 } // namespace
 

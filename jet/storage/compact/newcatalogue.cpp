@@ -4,6 +4,7 @@
 #include "jet/storage/compact/freshdefinition.h"
 #include "jet/storage/compact/sourcecatalogue.h"
 #include "jet/storage/sid.h"
+#include "jet/storage/systemtables.h"
 #include "jet/storage/table.h"
 
 #include <algorithm>
@@ -52,15 +53,6 @@ bool hasPartner(const std::vector<Definition>& tables, PageNumber page, const Lo
                              && o.partnerTable == page && o.relationSide != index.relationSide;
                   });
     });
-}
-
-void insertRow(Table& table, std::initializer_list<std::pair<const char*, Value>> values)
-{
-    const Definition& definition = table.definition();
-    std::vector<Value> row(definition.columns.size());
-    for (const auto& [name, value] : values)
-        row[static_cast<std::size_t>(definition.columnPosition(name))] = value;
-    table.insert(row);
 }
 
 std::set<std::uint32_t> numbersIn(Table& table, std::string_view column)
