@@ -1,0 +1,148 @@
+#include "journals/history.h"
+
+#include "data/convert.h"
+#include "jet/database.h"
+#include "jet/sqltext.h"
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <utility>
+
+namespace sql = jet::sql;
+
+namespace journals {
+namespace {
+
+std::string tableName(JournalTable table)
+{
+    return table == JournalTable::Absences ? "POS" : "USP";
+}
+
+std::string dateText(QDate date)
+{
+    return sql::date(data::toJet(date));
+}
+
+std::string scopeCondition(const RowScope& scope)
+{
+    std::string condition = "ID=" + sql::number(keyNumber(scope.student));
+    condition += " AND dat between " + dateText(scope.from) + " and " + dateText(scope.to);
+    if (scope.discipline)
+        condition += " AND IDD=" + sql::number(keyNumber(*scope.discipline));
+    return condition;
+}
+
+} // namespace
+
+History::History(jet::Database& database)
+    : m_database(database)
+{}
+
+void History::record(const QString& text, std::span<const RowScope> scopes,
+                     const std::function<void()>& action)
+{
+    jet::Transaction transaction(m_database);
+    const Rows before = read(scopes);
+    action();
+    auto changes = differences(before, read(scopes));
+    transaction.commit();
+    if (changes.empty())
+        return;
+    m_steps.resize(m_done);
+    m_steps.push_back({text, std::move(changes)});
+    if (m_steps.size() > kMostSteps)
+        m_steps.pop_front();
+    m_done = m_steps.size();
+}
+
+bool History::undo()
+{
+    if (m_done == 0 || !replace(m_steps[m_done - 1], &Change::after, &Change::before))
+        return false;
+    --m_done;
+    return true;
+}
+
+bool History::redo()
+{
+    if (m_done == m_steps.size() || !replace(m_steps[m_done], &Change::before, &Change::after))
+        return false;
+    ++m_done;
+    return true;
+}
+
+void History::clear()
+{
+    m_steps.clear();
+    m_done = 0;
+}
+
+History::Rows History::read(std::span<const RowScope> scopes) const
+{
+    Rows rows;
+    for (const RowScope& scope : scopes)
+        std::ranges::move(read(scope), std::back_inserter(rows));
+    return rows;
+}
+
+History::Rows History::read(const RowScope& scope) const
+{
+    auto found = m_database.query("SELECT * FROM " + tableName(scope.table) + " WHERE "
+                                  + scopeCondition(scope) + ";");
+    Rows rows;
+    while (found.next()) {
+        Row row;
+        row.place = {scope.table, scope.student,
+                     DisciplineId{static_cast<int>(found.integer("IDD"))},
+                     data::toDate(found.date("dat"))};
+        for (int column = 0; std::cmp_less(column, found.columns().size()); ++column)
+            row.values.emplace_back(found.columns()[static_cast<std::size_t>(column)].name,
+                                    found.value(column));
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+// A row written again may stand elsewhere in the table.
+bool History::sameRows(const Rows& left, const Rows& right)
+{
+    return std::is_permutation(left.begin(), left.end(), right.begin(), right.end());
+}
+
+std::vector<History::Change> History::differences(const Rows& before, const Rows& after)
+{
+    std::map<Place, Change> places;
+    for (const Row& row : before)
+        places[row.place].before.push_back(row);
+    for (const Row& row : after)
+        places[row.place].after.push_back(row);
+    std::vector<Change> changes;
+    for (auto& [place, change] : places) {
+        change.place = place;
+        if (!sameRows(change.before, change.after))
+            changes.push_back(std::move(change));
+    }
+    return changes;
+}
+
+bool History::replace(const Step& step, Rows Change::*expected, Rows Change::*wanted)
+{
+    jet::Transaction transaction(m_database);
+    for (const Change& change : step.changes) {
+        const RowScope scope{change.place.table, change.place.student, change.place.discipline,
+                             change.place.date, change.place.date};
+        if (!sameRows(read(scope), change.*expected)) {
+            clear();
+            return false;
+        }
+        const std::string table = tableName(scope.table);
+        m_database.execute("delete * from " + table + " WHERE " + scopeCondition(scope) + ";");
+        for (const Row& row : change.*wanted)
+            m_database.insert(table, row.values);
+    }
+    transaction.commit();
+    return true;
+}
+
+} // namespace journals
