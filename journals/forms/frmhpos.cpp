@@ -4,12 +4,11 @@
 #include "journals/forms/attendancedelegate.h"
 #include "journals/forms/attendancewidths.h"
 #include "journals/forms/captions.h"
+#include "journals/forms/journalselectors.h"
 #include "journals/forms/tableclip.h"
-#include "journals/lists.h"
 #include "journals/worded.h"
 #include "shell/forms/paletteicon.h"
 #include "shell/forms/runcommand.h"
-#include "shell/names.h"
 #include "shell/prompt.h"
 #include "shell/session.h"
 #include "shell/settings.h"
@@ -20,7 +19,6 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QSignalBlocker>
 
 #include <algorithm>
 #include <optional>
@@ -69,12 +67,16 @@ frmHPos::frmHPos(const JournalParts& parts, QWidget* parent)
     ui->setupUi(this);
     m_model = new AttendanceModel(m_attendance, parts.session.wording(), this);
     ui->lblNotice->hide();
+    m_selectors = new JournalSelectors(
+        parts, {ui->cboGroup, ui->cboSubgroup, ui->cboDiscipline, ui->cboMonth, ui->spinYear},
+        u"Все дисциплины"_s, kNotFilled, this);
+    m_selectors->setDisciplineSource([this] { return m_attendance.disciplines(selection()); });
     applyWording();
     setUpGrid();
     setUpCommands();
     loadSettings();
-    fillGroups();
-    connectSelectors();
+    m_selectors->start();
+    connect(m_selectors, &JournalSelectors::changed, this, &frmHPos::refill);
     refreshCommands();
     setFocusProxy(ui->cboGroup);
 }
@@ -135,21 +137,14 @@ void frmHPos::applyWording()
     const shell::Wording& wording = m_parts.session.wording();
     wordCaptions({ui->lblGroup, ui->lblSubgroup, ui->lblDiscipline, ui->lblMonth, ui->lblYear},
                  wording);
-    for (QComboBox* box : {ui->cboGroup, ui->cboSubgroup, ui->cboDiscipline})
-        box->setPlaceholderText(worded(wording, box->placeholderText()));
     ui->keyCal->setText(worded(wording, u"По занятиям"_s));
     ui->keyCal->setToolTip(worded(wording, ui->keyCal->toolTip()));
 }
 
 void frmHPos::loadSettings()
 {
-    ui->cboMonth->addItems(shell::monthNames());
-    const int month = m_parts.settings.number(Setting::JournalMonth);
-    ui->cboMonth->setCurrentIndex(month >= 1 && month <= 12 ? month - 1 : -1);
-    const int year = m_parts.settings.number(Setting::JournalYear);
-    const QDate today = m_parts.session.workingDate().isValid() ? m_parts.session.workingDate()
-                                                                : QDate::currentDate();
-    ui->spinYear->setValue(year > 0 ? year : today.year());
+    m_selectors->setMonth(m_parts.settings.number(Setting::JournalMonth),
+                          m_parts.settings.number(Setting::JournalYear));
     setMode(m_parts.settings.flag(Setting::LessonMode) && !m_parts.settings.flag(Setting::DayMode)
                 ? AttendanceMode::Lessons
                 : AttendanceMode::Days);
@@ -172,81 +167,10 @@ void frmHPos::closeEvent(QCloseEvent* event)
     JournalActions::closeEvent(event);
 }
 
-void frmHPos::connectSelectors()
-{
-    connect(ui->cboGroup, &QComboBox::currentIndexChanged, this, &frmHPos::groupChanged);
-    connect(ui->cboSubgroup, &QComboBox::currentIndexChanged, this, &frmHPos::selectionChanged);
-    connect(ui->cboMonth, &QComboBox::currentIndexChanged, this, &frmHPos::selectionChanged);
-    connect(ui->spinYear, &QSpinBox::valueChanged, this, &frmHPos::selectionChanged);
-    connect(ui->cboDiscipline, &QComboBox::currentIndexChanged, this, &frmHPos::refill);
-    connect(&m_parts.session, &shell::Session::settingsChanged, this, [this] {
-        if (m_parts.session.isOpen())
-            selectionChanged();
-    });
-}
-
-void frmHPos::fillGroups()
-{
-    shell::runCommand(m_parts.prompt, kNotFilled, [this] {
-        for (const auto& group : groupList(m_parts.session.database()))
-            ui->cboGroup->addItem(group.name, static_cast<int>(group.key));
-    });
-    ui->cboGroup->setCurrentIndex(-1);
-    const QSignalBlocker quiet(ui->cboDiscipline);
-    ui->cboDiscipline->addItem(worded(m_parts.session.wording(), u"Все дисциплины"_s));
-    ui->cboDiscipline->setCurrentIndex(0);
-}
-
-void frmHPos::groupChanged()
-{
-    const bool filled = shell::runCommand(m_parts.prompt, kNotFilled, [this] {
-        const QSignalBlocker quiet(ui->cboSubgroup);
-        const int kept = std::max(0, ui->cboSubgroup->currentIndex());
-        ui->cboSubgroup->clear();
-        if (const auto group = selection().group)
-            for (const auto& subgroup : subgroupList(m_parts.session.database(), *group))
-                ui->cboSubgroup->addItem(worded(m_parts.session.wording(), subgroup.name),
-                                         subgroup.key ? QVariant(*subgroup.key) : QVariant());
-        ui->cboSubgroup->setCurrentIndex(kept < ui->cboSubgroup->count() ? kept : 0);
-    });
-    if (filled)
-        selectionChanged();
-}
-
-void frmHPos::selectionChanged()
-{
-    if (shell::runCommand(m_parts.prompt, kNotFilled, [this] { fillDisciplines(); }))
-        refill();
-}
-
-// Keeps the chosen discipline as long as it is taught. The lesson journal needs one, so it
-// takes the first where the day journal falls back on all.
-void frmHPos::fillDisciplines()
-{
-    const auto disciplines = m_attendance.disciplines(selection());
-    const QSignalBlocker quiet(ui->cboDiscipline);
-    const QVariant kept = ui->cboDiscipline->currentData();
-    while (ui->cboDiscipline->count() > 1)
-        ui->cboDiscipline->removeItem(1);
-    for (const auto& discipline : disciplines)
-        ui->cboDiscipline->addItem(discipline.name, static_cast<int>(discipline.key));
-    const int index = kept.isValid() ? ui->cboDiscipline->findData(kept) : -1;
-    const int fallback = m_mode == AttendanceMode::Lessons && !disciplines.empty() ? 1 : 0;
-    ui->cboDiscipline->setCurrentIndex(index > 0 ? index : fallback);
-}
-
 AttendanceSelection frmHPos::selection() const
 {
-    AttendanceSelection chosen;
-    if (ui->cboGroup->currentIndex() >= 0)
-        chosen.group = GroupId{ui->cboGroup->currentData().toInt()};
-    if (ui->cboSubgroup->currentData().isValid())
-        chosen.subgroup = ui->cboSubgroup->currentData().toInt();
-    if (ui->cboDiscipline->currentData().isValid())
-        chosen.discipline = DisciplineId{ui->cboDiscipline->currentData().toInt()};
-    chosen.month = {ui->spinYear->value(), ui->cboMonth->currentIndex() + 1};
-    chosen.mode = m_mode;
-    return chosen;
+    const JournalSelectors::Chosen chosen = m_selectors->chosen();
+    return {chosen.group, chosen.subgroup, chosen.discipline, chosen.month, m_mode};
 }
 
 void frmHPos::refill()
@@ -298,9 +222,14 @@ void frmHPos::goTo(int row, int column)
                                             std::min(column, m_model->columnCount() - 1)));
 }
 
+// The lesson journal needs a discipline, so it takes the first where the day journal falls
+// back on all.
 void frmHPos::setMode(AttendanceMode mode)
 {
     m_mode = mode;
+    m_selectors->setFallback(mode == AttendanceMode::Lessons
+                                 ? JournalSelectors::Fallback::FirstDiscipline
+                                 : JournalSelectors::Fallback::AllDisciplines);
     ui->keyDay->setChecked(mode == AttendanceMode::Days);
     ui->keyCal->setChecked(mode == AttendanceMode::Lessons);
 }

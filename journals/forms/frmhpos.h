@@ -2,33 +2,19 @@
 
 #include "journals/attendance.h"
 #include "journals/attendancemodel.h"
+#include "journals/forms/journalparts.h"
 #include "shell/forms/journalactions.h"
 
 #include <memory>
 
-namespace shell {
-class Prompt;
-class Session;
-class Settings;
-class StatusLine;
-} // namespace shell
-
 namespace journals {
 
 class AttendanceWidths;
+class JournalSelectors;
 
 namespace Ui {
 class frmHPos;
 }
-
-// What the journal windows work with; all of it outlives them. Requires an open journal.
-struct JournalParts
-{
-    shell::Session& session;
-    shell::Settings& settings;
-    shell::Prompt& prompt;
-    shell::StatusLine& status;
-};
 
 // The attendance journal: selectors, a grid of students against days or lessons, and the
 // commands that act on its cells.
@@ -54,12 +40,7 @@ private:
     void applyWording();
     void loadSettings();
     void saveSettings();
-    void connectSelectors();
 
-    void fillGroups();
-    void groupChanged();
-    void selectionChanged(); // of subgroup, month or year
-    void fillDisciplines();
     void refill();
     void showSheet();
     void goTo(int row, int column);
@@ -76,6 +57,7 @@ private:
     JournalParts m_parts;
     std::unique_ptr<Ui::frmHPos> ui;
     Attendance m_attendance;
+    JournalSelectors* m_selectors = nullptr;
     AttendanceModel* m_model = nullptr; // a child, so that it outlives the grid
     AttendanceWidths* m_widths = nullptr;
     AttendanceMode m_mode = AttendanceMode::Days;

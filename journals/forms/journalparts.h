@@ -1,0 +1,21 @@
+#pragma once
+
+namespace shell {
+class Prompt;
+class Session;
+class Settings;
+class StatusLine;
+} // namespace shell
+
+namespace journals {
+
+// What the journal windows work with; all of it outlives them. Requires an open journal.
+struct JournalParts
+{
+    shell::Session& session;
+    shell::Settings& settings;
+    shell::Prompt& prompt;
+    shell::StatusLine& status;
+};
+
+} // namespace journals
