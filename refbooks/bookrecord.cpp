@@ -82,8 +82,17 @@ void BookRecord::presetNew()
     }
 }
 
+std::unique_ptr<BookRecord> BookRecord::another() const
+{
+    auto record = open(m_session, m_prompt, m_draft.book, RecordMode::New);
+    if (record)
+        record->preset(m_preset);
+    return record;
+}
+
 void BookRecord::preset(const ListFilter& filter)
 {
+    m_preset = filter;
     if (m_draft.mode != RecordMode::New || !filter.key)
         return;
     if (m_draft.book == Book::Students) {

@@ -25,6 +25,10 @@ public:
     // Presets what the list is narrowed to: a new student's group, a new workload's teacher.
     void preset(const ListFilter& filter);
 
+    // A further new row of the same book with the same presets. Null as open() is.
+    std::unique_ptr<BookRecord> another() const;
+    bool isNew() const { return m_draft.mode == RecordMode::New; }
+
     // "Группа: Новая"; of another row its name instead.
     QString caption() const;
     // Nothing may be changed: the role, or a file opened for reading.
@@ -67,6 +71,7 @@ private:
     shell::Session& m_session;
     shell::Prompt& m_prompt;
     RecordDraft m_draft;
+    ListFilter m_preset;
     std::vector<FieldValue> m_opened; // as the dialog opened
     std::vector<int> m_maxLengths;
     bool m_viewOnly = false;

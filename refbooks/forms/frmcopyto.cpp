@@ -84,11 +84,9 @@ QLayout* frmCopyTo::filterRow()
     label->setBuddy(m_filter);
     auto* all = new QPushButton(u"Выделить &все"_s);
     all->setObjectName(u"cmdAll"_s);
-    all->setAutoDefault(false);
     connect(all, &QPushButton::clicked, this, [this] { tickShown(true); });
     auto* none = new QPushButton(u"&Снять все"_s);
     none->setObjectName(u"cmdNone"_s);
-    none->setAutoDefault(false);
     connect(none, &QPushButton::clicked, this, [this] { tickShown(false); });
     auto* row = new QHBoxLayout;
     row->addWidget(label);
