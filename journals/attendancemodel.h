@@ -1,6 +1,7 @@
 #pragma once
 
 #include "journals/attendance.h"
+#include "journals/gridroles.h"
 #include "shell/wording.h"
 
 #include <QAbstractTableModel>
@@ -17,12 +18,6 @@ class AttendanceModel final : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    enum Role {
-        StateRole = Qt::UserRole, // int of AbsenceState; looks are up to the delegate
-        DayOffRole,               // bool: Sunday or holiday
-        TotalRole,                // bool: a balance or a sum, not a cell that is entered
-    };
-
     AttendanceModel(Attendance& attendance, shell::Wording wording, QObject* parent = nullptr);
 
     // Shows another sheet; an incomplete selection leaves the grid empty (false). If reading

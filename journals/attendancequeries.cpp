@@ -1,12 +1,12 @@
 #include "journals/attendancequeries.h"
 
 #include "data/convert.h"
-#include "data/holidays.h"
 #include "data/settingsrow.h"
 #include "jet/database.h"
 #include "jet/sqltext.h"
+#include "journals/openday.h"
+#include "journals/students.h"
 
-#include <algorithm>
 #include <set>
 #include <string>
 #include <utility>
@@ -16,8 +16,6 @@ namespace sql = jet::sql;
 
 namespace journals {
 namespace {
-
-const std::string kEnrolled = R"((prikazOtch="" or prikazOtch is null))";
 
 std::string dateText(QDate date)
 {
@@ -29,13 +27,6 @@ std::string groupText(const AttendanceSelection& selection)
     return sql::number(keyNumber(selection.group.value()));
 }
 
-// An empty subgroup counts as 0. "" when all students of the group are meant.
-std::string studentSubgroupCondition(const AttendanceSelection& selection)
-{
-    const auto subgroup = selection.studentSubgroup();
-    return subgroup ? " and val(0 & idgg)=" + sql::number(*subgroup) : std::string();
-}
-
 // "" for all disciplines.
 std::string disciplineCondition(const AttendanceSelection& selection, const std::string& before,
                                 const std::string& after)
@@ -44,46 +35,11 @@ std::string disciplineCondition(const AttendanceSelection& selection, const std:
                                 : std::string();
 }
 
-// The days of the month on which the group has a lesson (of the discipline, if one is
-// chosen): a row counts only when its date carries no time of day.
-std::set<QDate> daysWithLessons(jet::Database& database, const AttendanceSelection& selection)
-{
-    auto rows =
-        database.query(R"(select distinct dat
-                                  from uroki
-                                  where IDG = )"
-                       + groupText(selection) + disciplineCondition(selection, " and idd= ", "")
-                       + " and dat between " + dateText(selection.month.first()) + " and "
-                       + dateText(selection.month.last()) + ";");
-    std::set<QDate> days;
-    while (rows.next()) {
-        const QDate day = data::toDate(rows.date(0));
-        if (data::toJet(day) == rows.date(0))
-            days.insert(day);
-    }
-    return days;
-}
-
-// First and last date of the group's first workload (in the discipline, if one is chosen).
-// An end that the file leaves open is invalid and bounds nothing.
-std::pair<QDate, QDate> workloadPeriod(jet::Database& database,
-                                       const AttendanceSelection& selection)
-{
-    auto rows = database.query("select DATNN, DATKK from SPNAGR where IDG = " + groupText(selection)
-                               + disciplineCondition(selection, " and idd= ", "") + ";");
-    if (!rows.next())
-        return {};
-    return {data::toDate(rows.value(0)), data::toDate(rows.value(1))};
-}
-
 void markDaysOff(jet::Database& database, std::vector<AttendanceColumn>& columns)
 {
-    std::set<std::pair<int, int>> free;
-    for (const data::Holiday& holiday : data::readHolidays(database))
-        free.emplace(holiday.day, holiday.month);
+    const DaysOff daysOff(database);
     for (AttendanceColumn& column : columns)
-        column.dayOff = column.date.dayOfWeek() == Qt::Sunday
-                        || free.contains({column.date.day(), column.date.month()});
+        column.dayOff = daysOff.contains(column.date);
 }
 
 void markTwins(std::vector<AttendanceColumn>& columns)
@@ -101,21 +57,13 @@ void markTwins(std::vector<AttendanceColumn>& columns)
 std::vector<AttendanceStudent> readStudents(jet::Database& database,
                                             const AttendanceSelection& selection)
 {
-    auto rows = database.query(R"(SELECT ID, IDGG, FAM, IM, OTCH
-                                  FROM SPSTUD
-                                  WHERE ((SPSTUD.IDG)=)"
-                               + groupText(selection) + ") and " + kEnrolled
-                               + studentSubgroupCondition(selection)
-                               + R"( ORDER BY SPSTUD.FAM, SPSTUD.IM, SPSTUD.OTCH, SPSTUD.ID;)");
     std::vector<AttendanceStudent> students;
-    while (rows.next()) {
+    for (Student& found :
+         readStudents(database, selection.group.value(), selection.studentSubgroup())) {
         AttendanceStudent student;
-        student.id = StudentId{static_cast<int>(rows.integer(0))};
-        student.subgroup = static_cast<int>(rows.integer(1));
-        student.name = QStringList{data::fromUtf8(rows.text(2)), data::fromUtf8(rows.text(3)),
-                                   data::fromUtf8(rows.text(4))}
-                           .join(u' ')
-                           .simplified();
+        student.id = found.id;
+        student.subgroup = found.subgroup;
+        student.name = std::move(found.name);
         students.push_back(std::move(student));
     }
     return students;
@@ -125,17 +73,21 @@ std::vector<AttendanceColumn> readDayColumns(jet::Database& database,
                                              const AttendanceSelection& selection)
 {
     const bool byLessons = data::readSettingsRow(database).useTimetable;
-    const auto lessons = byLessons ? daysWithLessons(database, selection) : std::set<QDate>();
-    const auto [begin, end] =
-        byLessons ? std::pair<QDate, QDate>() : workloadPeriod(database, selection);
+    const GroupId group = selection.group.value();
+    std::set<QDate> lessons;
+    std::vector<Period> workload;
+    if (byLessons)
+        lessons = daysWithLessons(database, group, selection.discipline,
+                                  {selection.month.first(), selection.month.last()});
+    else
+        workload = workloadPeriods(database, group, selection.discipline);
     std::vector<AttendanceColumn> columns;
     for (int day = 1; day <= selection.month.days(); ++day) {
         AttendanceColumn column;
         column.date = selection.month.first().addDays(day - 1);
         column.title = QString::number(day);
-        const bool outside =
-            (begin.isValid() && column.date < begin) || (end.isValid() && column.date > end);
-        column.inForce = byLessons ? lessons.contains(column.date) : !outside;
+        column.inForce = byLessons ? lessons.contains(column.date)
+                                   : workload.empty() || inForce(workload.front(), column.date);
         columns.push_back(std::move(column));
     }
     markDaysOff(database, columns);
@@ -179,7 +131,7 @@ std::vector<AbsenceRow> readStartBalances(jet::Database& database,
         + disciplineCondition(selection, "((POS.IDD)=", ") AND ") + "((POS.dat) < "
         + dateText(selection.month.first()) + ") And ((POS.dat) >= "
         + dateText(selection.month.balanceStart()) + ") And ((SPSTUD.IDG) = " + groupText(selection)
-        + ")) and " + kEnrolled + studentSubgroupCondition(selection) + " GROUP BY POS.ID;");
+        + ")) and " + enrolledCondition(selection.studentSubgroup()) + " GROUP BY POS.ID;");
     std::vector<AbsenceRow> balances;
     while (rows.next())
         balances.push_back(
@@ -199,8 +151,8 @@ std::vector<AbsenceRow> readMonthAbsences(jet::Database& database,
                                   FROM POS INNER JOIN SPSTUD ON POS.ID = SPSTUD.ID
                                   Where ()"
         + disciplineCondition(selection, "((POS.IDD)=", ") AND ")
-        + " ((SPSTUD.IDG) = " + groupText(selection) + ")) and " + kEnrolled
-        + studentSubgroupCondition(selection) + " GROUP BY POS.ID, POS.dat" + lesson
+        + " ((SPSTUD.IDG) = " + groupText(selection) + ")) and "
+        + enrolledCondition(selection.studentSubgroup()) + " GROUP BY POS.ID, POS.dat" + lesson
         + " HAVING (((POS.dat)>=" + dateText(selection.month.first())
         + " And (POS.dat)<=" + dateText(selection.month.last()) + "));");
     const int hours = lesson.empty() ? 2 : 3;

@@ -1,11 +1,14 @@
-#include "journals/forms/attendancewidths.h"
+#include "journals/forms/columnwidths.h"
 
-#include "journals/attendance.h"
+#include "journals/attendancemodel.h"
 
 #include <QHeaderView>
 #include <QTableView>
 
 #include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace journals {
 namespace {
@@ -14,39 +17,34 @@ constexpr int kLeast = 12, kMost = 1000; // pixels
 
 } // namespace
 
-AttendanceWidths::AttendanceWidths(QTableView& view)
+ColumnWidths::ColumnWidths(QTableView& view, const QStringList& samples, KindOf kindOf)
     : QObject(&view)
     , m_view(view)
+    , m_kindOf(std::move(kindOf))
 {
     constexpr int kRoom = 8; // beside the text, both sides together
     QFont bold = view.font();
     bold.setBold(true);
     const QFontMetrics metrics(bold);
-    const auto fit = [&metrics](const char* sample) {
-        return metrics.horizontalAdvance(QString::fromUtf8(sample)) + kRoom;
-    };
-    m_widths = {fit("№ п.п"),      fit("Константинопольский Александр"),
-                fit("На начало"),  fit("Вс"),
-                fit("12.12.2022"), fit("за месяц,"),
-                fit("На конец"),   fit("неуважительных,")};
-    m_widths[Day] = std::max(m_widths[Day], fit("88"));
+    for (const QString& sample : samples)
+        m_widths.push_back(metrics.boundingRect({}, 0, sample).width() + kRoom);
     connect(view.horizontalHeader(), &QHeaderView::sectionResized, this,
             [this](int column, int, int width) { keep(column, width); });
 }
 
-void AttendanceWidths::restore(const QByteArray& saved)
+void ColumnWidths::restore(const QByteArray& saved)
 {
     const QList<QByteArray> parts = saved.split(',');
-    if (parts.size() != Kinds)
+    if (std::cmp_not_equal(parts.size(), m_widths.size()))
         return;
-    for (std::size_t kind = 0; kind < Kinds; ++kind) {
+    for (std::size_t kind = 0; kind < m_widths.size(); ++kind) {
         const int width = parts[static_cast<qsizetype>(kind)].toInt();
         if (width >= kLeast && width <= kMost)
             m_widths[kind] = width;
     }
 }
 
-QByteArray AttendanceWidths::save() const
+QByteArray ColumnWidths::save() const
 {
     QByteArrayList parts;
     for (const int width : m_widths)
@@ -54,33 +52,39 @@ QByteArray AttendanceWidths::save() const
     return parts.join(',');
 }
 
-AttendanceWidths::Kind AttendanceWidths::kindOf(int column) const
+void ColumnWidths::apply()
 {
-    if (column < kLeadColumns)
-        return static_cast<Kind>(Number + column);
-    const int trail = column - (m_view.model()->columnCount() - kTrailColumns);
-    if (trail >= 0)
-        return static_cast<Kind>(Month + trail);
-    return m_lessons ? Lesson : Day;
-}
-
-void AttendanceWidths::apply(bool lessons)
-{
-    m_lessons = lessons;
     m_applying = true;
     for (int column = 0; column < m_view.model()->columnCount(); ++column)
-        m_view.setColumnWidth(column, m_widths[kindOf(column)]);
+        m_view.setColumnWidth(column, widthOf(column));
     m_applying = false;
 }
 
-void AttendanceWidths::keep(int column, int width)
+void ColumnWidths::keep(int column, int width)
 {
     if (m_applying || column >= m_view.model()->columnCount() || width < kLeast)
         return;
-    const Kind kind = kindOf(column);
-    m_widths[kind] = width;
-    if (kind == Day || kind == Lesson)
-        apply(m_lessons);
+    widthOf(column) = width;
+    apply();
+}
+
+ColumnWidths* attendanceWidths(QTableView& view, const AttendanceModel& model)
+{
+    constexpr int kDay = kLeadColumns, kLesson = kDay + 1, kMonth = kDay + 2;
+    const auto kindOf = [&model](int column) {
+        const bool lessons =
+            model.sheet() && model.sheet()->selection.mode == AttendanceMode::Lessons;
+        if (column < model.firstCellColumn())
+            return column;
+        if (column >= model.endCellColumn())
+            return kMonth + column - model.endCellColumn();
+        return lessons ? kLesson : kDay;
+    };
+    return new ColumnWidths(view,
+                            {u"№ п.п"_s, u"Константинопольский Александр"_s, u"На начало"_s,
+                             u"Вс\n88"_s, u"12.12.2022"_s, u"за месяц,"_s, u"На конец"_s,
+                             u"неуважительных,"_s},
+                            kindOf);
 }
 
 } // namespace journals

@@ -2,40 +2,47 @@
 
 #include <QByteArray>
 #include <QObject>
+#include <QStringList>
 
-#include <array>
+#include <functional>
+#include <vector>
 
 class QTableView;
 
 namespace journals {
 
-// The column widths of the attendance grid by kind of column, so that a width the user chose
-// holds in every month and for every group. All days share one width, and all lessons.
-class AttendanceWidths final : public QObject
+class AttendanceModel;
+
+// The column widths of a journal grid by kind of column, so that a width the user chose holds
+// in every month and for every group. Columns of one kind, such as days, share one width.
+class ColumnWidths final : public QObject
 {
     Q_OBJECT
 
 public:
-    // Widths that fit the view's font until others are chosen.
-    explicit AttendanceWidths(QTableView& view);
+    using KindOf = std::function<int(int column)>;
+
+    // One kind for each sample; the sample sets the width until another is chosen.
+    ColumnWidths(QTableView& view, const QStringList& samples, KindOf kindOf);
 
     // What save() gave in an earlier run; anything else is ignored.
     void restore(const QByteArray& saved);
     QByteArray save() const;
 
     // To be called after the grid was filled anew.
-    void apply(bool lessons);
+    void apply();
 
 private:
-    enum Kind { Number, Name, Start, Day, Lesson, Month, End, Unexcused, Kinds };
-
     void keep(int column, int width);
-    Kind kindOf(int column) const;
+    int& widthOf(int column) { return m_widths[static_cast<std::size_t>(m_kindOf(column))]; }
 
     QTableView& m_view;
-    std::array<int, Kinds> m_widths{};
-    bool m_lessons = false;
+    KindOf m_kindOf;
+    std::vector<int> m_widths;
     bool m_applying = false;
 };
+
+// For the grid of the attendance journal; a child of the view.
+ColumnWidths* attendanceWidths(QTableView& view, const AttendanceModel& model);
 
 } // namespace journals

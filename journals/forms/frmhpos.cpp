@@ -1,9 +1,9 @@
 #include "journals/forms/frmhpos.h"
 
 #include "journals/forms/absencekeys.h"
-#include "journals/forms/attendancedelegate.h"
-#include "journals/forms/attendancewidths.h"
 #include "journals/forms/captions.h"
+#include "journals/forms/columnwidths.h"
+#include "journals/forms/journaldelegate.h"
 #include "journals/forms/journalselectors.h"
 #include "journals/forms/tableclip.h"
 #include "journals/worded.h"
@@ -87,9 +87,9 @@ void frmHPos::setUpGrid()
 {
     ui->HF1->setFrozenColumns(kLeadColumns);
     ui->HF1->setModel(m_model);
-    ui->HF1->setDelegate(new AttendanceDelegate(this));
+    ui->HF1->setDelegate(new JournalDelegate(this));
     ui->HF1->installEventFilter(this);
-    m_widths = new AttendanceWidths(*ui->HF1);
+    m_widths = attendanceWidths(*ui->HF1, *m_model);
     connect(ui->HF1, &QTableView::doubleClicked, this, [this] { act(AbsenceAction::Mark); });
     const QItemSelectionModel* chosen = ui->HF1->selectionModel();
     connect(chosen, &QItemSelectionModel::currentChanged, this, &frmHPos::refreshCommands);
@@ -191,7 +191,7 @@ void frmHPos::refill()
 void frmHPos::showSheet()
 {
     const AttendanceSheet* sheet = m_model->sheet();
-    m_widths->apply(m_mode == AttendanceMode::Lessons);
+    m_widths->apply();
     ui->HF1->setDataArea(m_model->firstCellColumn(), m_model->endCellColumn(),
                          sheet ? static_cast<int>(sheet->students.size()) : 0);
     constexpr qsizetype kShown = 3;

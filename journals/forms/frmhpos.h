@@ -9,7 +9,7 @@
 
 namespace journals {
 
-class AttendanceWidths;
+class ColumnWidths;
 class JournalSelectors;
 
 namespace Ui {
@@ -59,7 +59,7 @@ private:
     Attendance m_attendance;
     JournalSelectors* m_selectors = nullptr;
     AttendanceModel* m_model = nullptr; // a child, so that it outlives the grid
-    AttendanceWidths* m_widths = nullptr;
+    ColumnWidths* m_widths = nullptr;
     AttendanceMode m_mode = AttendanceMode::Days;
 };
 

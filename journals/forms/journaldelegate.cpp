@@ -1,7 +1,7 @@
-#include "journals/forms/attendancedelegate.h"
+#include "journals/forms/journaldelegate.h"
 
-#include "journals/attendancemodel.h"
 #include "journals/forms/gridlooks.h"
+#include "journals/gridroles.h"
 
 #include <QPainter>
 
@@ -10,17 +10,17 @@ namespace {
 
 QColor backgroundOf(const QModelIndex& index, const QPalette& palette)
 {
-    if (index.data(AttendanceModel::DayOffRole).toBool())
+    if (index.data(DayOffRole).toBool())
         return dayOffShade(palette);
-    if (index.data(AttendanceModel::TotalRole).toBool())
+    if (index.data(TotalRole).toBool())
         return totalShade(palette);
     return palette.color(QPalette::Base);
 }
 
 } // namespace
 
-QColor AttendanceDelegate::textColor(AbsenceState state, const QPalette& palette,
-                                     const QColor& background, bool selected) const
+QColor JournalDelegate::textColor(AbsenceState state, const QPalette& palette,
+                                  const QColor& background, bool selected) const
 {
     if (state == AbsenceState::None || state == AbsenceState::Mixed)
         return palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
@@ -31,8 +31,8 @@ QColor AttendanceDelegate::textColor(AbsenceState state, const QPalette& palette
     return *known;
 }
 
-void AttendanceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
-                               const QModelIndex& index) const
+void JournalDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                            const QModelIndex& index) const
 {
     const QPalette& palette = option.palette;
     const bool selected = option.state.testFlag(QStyle::State_Selected);
@@ -46,8 +46,7 @@ void AttendanceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     const QString text = index.data().toString();
     if (!text.isEmpty()) {
         constexpr int kMargin = 3;
-        const auto state =
-            static_cast<AbsenceState>(index.data(AttendanceModel::StateRole).toInt());
+        const auto state = static_cast<AbsenceState>(index.data(StateRole).toInt());
         const QRect room = option.rect.adjusted(kMargin, 0, -kMargin - 1, 0);
         painter->setFont(stateFont(state, option.font));
         painter->setPen(textColor(state, palette, background, selected));

@@ -10,10 +10,10 @@
 
 namespace journals {
 
-// Paints the states that AttendanceModel names in the looks of the journal grids, and the
+// Paints the states that GridRole names in the looks of the journal grids, and the
 // lines between the cells. It draws them itself: a month has a thousand cells, and the
 // style's way of drawing one takes several times as long.
-class AttendanceDelegate final : public QStyledItemDelegate
+class JournalDelegate final : public QStyledItemDelegate
 {
     Q_OBJECT
 

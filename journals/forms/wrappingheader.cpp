@@ -1,7 +1,7 @@
 #include "journals/forms/wrappingheader.h"
 
-#include "journals/attendancemodel.h"
 #include "journals/forms/gridlooks.h"
+#include "journals/gridroles.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -13,8 +13,7 @@ namespace {
 
 AbsenceState stateOf(const QAbstractItemModel* model, int section)
 {
-    return static_cast<AbsenceState>(
-        model->headerData(section, Qt::Horizontal, AttendanceModel::StateRole).toInt());
+    return static_cast<AbsenceState>(model->headerData(section, Qt::Horizontal, StateRole).toInt());
 }
 
 } // namespace
@@ -53,7 +52,7 @@ void WrappingHeader::initStyleOptionForIndex(QStyleOptionHeader* option, int sec
 {
     QHeaderView::initStyleOptionForIndex(option, section);
     QPalette& palette = option->palette;
-    if (model()->headerData(section, Qt::Horizontal, AttendanceModel::DayOffRole).toBool()) {
+    if (model()->headerData(section, Qt::Horizontal, DayOffRole).toBool()) {
         palette.setColor(QPalette::Button, dayOffShade(palette));
         palette.setColor(QPalette::Window, dayOffShade(palette));
     }

@@ -27,7 +27,7 @@ protected:
     AbsenceState state(int row, int column)
     {
         return static_cast<AbsenceState>(
-            model.index(row, column).data(AttendanceModel::StateRole).toInt());
+            model.index(row, column).data(journals::StateRole).toInt());
     }
     QString spoken(int row, int column)
     {
@@ -102,8 +102,8 @@ TEST_F(AttendanceModelTest, NamesStatesForLooksAndReadingOut)
         EXPECT_EQ(spoken(0, row.column), u"Иванов Иван Иванович, "_s + text(row.spoken));
     }
     EXPECT_EQ(state(2, 1), AbsenceState::Unexcused) << "the label of the unexcused part";
-    EXPECT_TRUE(model.headerData(8, Qt::Horizontal, AttendanceModel::DayOffRole).toBool());
-    EXPECT_FALSE(model.headerData(9, Qt::Horizontal, AttendanceModel::DayOffRole).toBool());
+    EXPECT_TRUE(model.headerData(8, Qt::Horizontal, journals::DayOffRole).toBool());
+    EXPECT_FALSE(model.headerData(9, Qt::Horizontal, journals::DayOffRole).toBool());
 }
 
 TEST_F(AttendanceModelTest, NumbersAgreeWithTheirNouns)
