@@ -14,6 +14,16 @@ namespace {
 
 const QString kFailure = u"Команда не выполнена."_s;
 
+// The journal's words for a command, with the access key that the menu's own words have.
+QString withAccessKey(const QString& text, const QString& usual)
+{
+    const auto sign = usual.indexOf(u'&');
+    QString caption = text;
+    caption.replace(u'&', u"&&"_s);
+    const auto at = sign < 0 ? -1 : caption.indexOf(usual.mid(sign + 1, 1));
+    return at < 0 ? caption : caption.insert(at, u'&');
+}
+
 } // namespace
 
 Commands::Commands(const QList<QAction*>& actions, Prompt& prompt, QObject* parent)
@@ -34,7 +44,7 @@ void Commands::bind(QAction* action, Needs needs, std::function<void()> body)
 
 void Commands::bindJournal(QAction* action, JournalAction what)
 {
-    m_journalBound.push_back({action, what});
+    m_journalBound.push_back({action, what, action->text()});
     connect(action, &QAction::triggered, this, [this, what] {
         runCommand(m_prompt, kFailure, [this, what] {
             if (m_journal && m_journal->available(what)) {
@@ -86,6 +96,8 @@ void Commands::refreshJournal()
             bound.what == JournalAction::Refresh || bound.what == JournalAction::Print;
         bound.action->setEnabled((reads || m_writable) && m_journal
                                  && m_journal->available(bound.what));
+        const QString own = m_journal ? m_journal->caption(bound.what) : QString();
+        bound.action->setText(own.isEmpty() ? bound.caption : withAccessKey(own, bound.caption));
     }
 }
 

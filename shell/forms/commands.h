@@ -56,6 +56,7 @@ private:
     {
         QAction* action;
         JournalAction what;
+        QString caption; // the usual one
     };
     void refreshJournal();
 

@@ -142,9 +142,9 @@ void frmMain::saveState()
 void frmMain::setUpMenus()
 {
     for (QAction* bar : {ui->mnuFileBar0, ui->mnuFileBar7, ui->mnuFileBar1, ui->mnuFileBar3,
-                         ui->mnuFileBar5, ui->mnubar11, ui->mnubar12, ui->mnubar14, ui->mnuSprBar7,
-                         ui->mnubar16, ui->mnuSRzd0, ui->mnuSRazd1, ui->mnuSRazd2, ui->mnuSRazd3,
-                         ui->mnuTools12, ui->mnuTools15, ui->mnuSRazd4}) {
+                         ui->mnuFileBar5, ui->mnubar11, ui->mnubar12, ui->mnubar13, ui->mnubar14,
+                         ui->mnuSprBar7, ui->mnubar16, ui->mnuSRzd0, ui->mnuSRazd1, ui->mnuSRazd2,
+                         ui->mnuSRazd3, ui->mnuTools12, ui->mnuTools15, ui->mnuSRazd4}) {
         bar->setSeparator(true);
     }
     applyWording(m_parts.session.wording(), *ui->menuBar);
@@ -202,6 +202,10 @@ void frmMain::bindJournal()
     m_commands->bindJournal(ui->mnuins_uv, JournalAction::MakeExcused);
     m_commands->bindJournal(ui->mnuins_nuv, JournalAction::MakeUnexcused);
     m_commands->bindJournal(ui->mnudelet, JournalAction::Delete);
+    m_commands->bindJournal(ui->mnuotmena, JournalAction::Undo);
+    m_commands->bindJournal(ui->mnupovtor, JournalAction::Redo);
+    ui->mnuotmena->setShortcuts({QKeySequence(u"Ctrl+Z"_s), QKeySequence(u"Alt+Backspace"_s)});
+    ui->mnupovtor->setShortcuts({QKeySequence(u"Ctrl+Y"_s), QKeySequence(u"Ctrl+Shift+Z"_s)});
     m_commands->bindJournal(ui->mnuprint, JournalAction::Print);
     auto* refresh = new QAction(u"Обновить"_s, this); // a key alone: the menu has no such item
     refresh->setObjectName(u"actRefresh"_s);
@@ -230,12 +234,12 @@ void frmMain::restoreBars()
     ui->sbStatusBar->setVisible(ui->mnustatusbar->isChecked());
 }
 
-void frmMain::openWindow(const QString& command)
+QWidget* frmMain::openWindow(const QString& command)
 {
     QPointer<QMdiSubWindow>& window = m_windows[command];
     if (window) {
         ui->mdiArea->setActiveSubWindow(window);
-        return;
+        return window->widget();
     }
     const bool alone = ui->mdiArea->subWindowList().isEmpty();
     QWidget* content = (*m_parts.windows.find(command))(ui->mdiArea);
@@ -243,6 +247,7 @@ void frmMain::openWindow(const QString& command)
     window->setAttribute(Qt::WA_DeleteOnClose);
     alone ? window->showMaximized() : window->show();
     content->setFocus();
+    return content;
 }
 
 bool frmMain::closeWindows()

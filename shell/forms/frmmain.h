@@ -57,6 +57,9 @@ public:
 
     // Restores the window, makes the program's folders and opens `file` ("" for none).
     void load(const QString& file, Access access = Access::Full);
+    // Opens the window that the registry offers for a menu command, or brings it to the front
+    // when it is open, and gives its content. Throws what the window throws.
+    QWidget* openWindow(const QString& command);
     // Keeps what the next start needs; the journal's own data is in its file at all times.
     void saveState();
 
@@ -71,7 +74,6 @@ private:
     void bindJournal();
     void bindWindows();
     void restoreBars();
-    void openWindow(const QString& command);
     bool closeWindows();
     void showFile();
     void refreshCommands();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <QWidget>
 
 namespace shell {
@@ -12,6 +13,8 @@ enum class JournalAction {
     MakeExcused,
     MakeUnexcused,
     Delete, // remove an absence
+    Undo,   // take back what was done last
+    Redo,
     Refresh,
     Print,
 };
@@ -28,6 +31,9 @@ public:
 
     // Whether the action does something in the current cell.
     virtual bool available(JournalAction action) const = 0;
+    // What the menu calls the action at present, as "Отменить: пропуск, Иванов И. И., 12.11";
+    // "" leaves its usual caption. Asked when available() is.
+    virtual QString caption(JournalAction /*action*/) const { return {}; }
     // Carries the action out; the same path as the window's own keys and context menu.
     // May throw: the caller reports.
     virtual void run(JournalAction action) = 0;

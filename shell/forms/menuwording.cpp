@@ -17,8 +17,9 @@ namespace {
 // The items whose captions name what the wording is about, by control name. The others stay
 // out of it: its table looks for parts of words and would find one in "Параметры".
 const QSet<QString> kWorded = {
-    u"mnuprepod"_s, u"mnuPred"_s,       u"mnuspez"_s, u"mnugrup"_s,
-    u"mnustud"_s,   u"mnuotchProgul"_s, u"mnuTab"_s,  u"mnuototd"_s,
+    u"mnuprepod"_s, u"mnuPred"_s,       u"mnuspez"_s,      u"mnugrup"_s,
+    u"mnustud"_s,   u"mnuotchProgul"_s, u"mnuTab"_s,       u"mnuototd"_s,
+    u"mnuSprKaf"_s, u"mnuSprTime"_s,    u"mnuSprTipZan"_s, u"mnuSprTipGrup"_s,
 };
 
 // Word forms that the table does not hold.

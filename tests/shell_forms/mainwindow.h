@@ -57,6 +57,10 @@ public:
     using JournalActions::JournalActions;
 
     bool available(shell::JournalAction action) const override { return offered.contains(action); }
+    QString caption(shell::JournalAction action) const override
+    {
+        return action == shell::JournalAction::Undo ? undoCaption : QString();
+    }
     void run(shell::JournalAction action) override { ran.push_back(action); }
     void offer(std::set<shell::JournalAction> actions)
     {
@@ -66,6 +70,7 @@ public:
 
     std::set<shell::JournalAction> offered;
     std::vector<shell::JournalAction> ran;
+    QString undoCaption;
     bool staysOpen = false;
 
 protected:

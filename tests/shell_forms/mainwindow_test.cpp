@@ -155,6 +155,8 @@ TEST_F(MainWindow, PassesCommandsToTheActiveJournal)
         {u"mnuins_uv"_s, JournalAction::MakeExcused},
         {u"mnuins_nuv"_s, JournalAction::MakeUnexcused},
         {u"mnudelet"_s, JournalAction::Delete},
+        {u"mnuotmena"_s, JournalAction::Undo},
+        {u"mnupovtor"_s, JournalAction::Redo},
         {u"mnuprint"_s, JournalAction::Print},
         {u"actRefresh"_s, JournalAction::Refresh},
     };
@@ -173,7 +175,15 @@ TEST_F(MainWindow, PassesCommandsToTheActiveJournal)
     journal->ran.clear();
     QTest::keyClick(window.get(), Qt::Key_F5);
     EXPECT_EQ(journal->ran.size(), 1U);
+
+    journal->undoCaption = u"Отменить: оценка 5, Том & Ко, 12.11"_s;
+    journal->offer({JournalAction::Undo});
+    EXPECT_EQ(action(u"mnuotmena"_s)->text(), u"О&тменить: оценка 5, Том && Ко, 12.11"_s);
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(journal->ran.back(), JournalAction::Undo);
+
     window->findChild<QMdiArea*>()->closeAllSubWindows();
+    EXPECT_EQ(action(u"mnuotmena"_s)->text(), u"О&тменить"_s);
     EXPECT_FALSE(action(u"actRefresh"_s)->isEnabled());
 }
 

@@ -90,9 +90,9 @@ const Caption kCaptions[] = {
 
 const QStringList kSeparators = {
     u"mnuFileBar0"_s, u"mnuFileBar7"_s, u"mnuFileBar1"_s, u"mnuFileBar3"_s, u"mnuFileBar5"_s,
-    u"mnubar11"_s,    u"mnubar12"_s,    u"mnubar14"_s,    u"mnuSprBar7"_s,  u"mnubar16"_s,
-    u"mnuSRzd0"_s,    u"mnuSRazd1"_s,   u"mnuSRazd2"_s,   u"mnuSRazd3"_s,   u"mnuTools12"_s,
-    u"mnuTools15"_s,  u"mnuSRazd4"_s,
+    u"mnubar11"_s,    u"mnubar12"_s,    u"mnubar13"_s,    u"mnubar14"_s,    u"mnuSprBar7"_s,
+    u"mnubar16"_s,    u"mnuSRzd0"_s,    u"mnuSRazd1"_s,   u"mnuSRazd2"_s,   u"mnuSRazd3"_s,
+    u"mnuTools12"_s,  u"mnuTools15"_s,  u"mnuSRazd4"_s,
 };
 
 QAction* item(const QWidget& window, const QString& name)
