@@ -170,6 +170,28 @@ QString becomesText(const PlannedGrade& row)
     return row.becomes ? gradeText(*row.becomes) : QString();
 }
 
+FinalsOutcome outcomeOf(const FinalsPlan& plan, std::span<const std::size_t> rows)
+{
+    FinalsOutcome outcome;
+    for (const std::size_t index : rows) {
+        const PlannedGrade& row = plan.rows.at(index);
+        int& count = !row.becomes                       ? outcome.removed
+                     : row.now.empty()                  ? outcome.added
+                     : nowText(row) == becomesText(row) ? outcome.kept
+                                                        : outcome.replaced;
+        ++count;
+    }
+    return outcome;
+}
+
+QString outcomeText(const FinalsOutcome& outcome)
+{
+    return u"новых %1, изменено %2, без изменений %3, удалено %4"_s.arg(outcome.added)
+        .arg(outcome.replaced)
+        .arg(outcome.kept)
+        .arg(outcome.removed);
+}
+
 int roundedAverage(int sum, int count)
 {
     const int whole = sum / count, twice = 2 * (sum % count);

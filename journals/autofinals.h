@@ -66,6 +66,18 @@ struct FinalsPlan
 QString nowText(const PlannedGrade& row);
 QString becomesText(const PlannedGrade& row);
 
+// What carrying out some rows of a plan does to the student's grades.
+struct FinalsOutcome
+{
+    int added = 0;
+    int replaced = 0; // by another grade
+    int kept = 0;     // computed to what they were
+    int removed = 0;
+};
+FinalsOutcome outcomeOf(const FinalsPlan& plan, std::span<const std::size_t> rows);
+// "новых 3, изменено 2, без изменений 20, удалено 1".
+QString outcomeText(const FinalsOutcome& outcome);
+
 // The quotient rounded to a whole number, a half to the even neighbour: 2.5 gives 2, 3.5 and
 // 4.5 give 4. Requires count > 0 and sum >= 0.
 int roundedAverage(int sum, int count);

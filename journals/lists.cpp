@@ -91,4 +91,22 @@ std::vector<ListEntry<DisciplineId>> disciplineList(jet::Database& database, Gro
     return disciplines;
 }
 
+std::vector<ListEntry<DisciplineId>> disciplinesOfGroup(jet::Database& database, GroupId group)
+{
+    const std::string key = sql::number(keyNumber(group));
+    auto rows = database.query("SELECT DISTINCT SPPRED.Naim, SPPRED.IDD"
+                               " FROM SPPRED INNER JOIN (SELECT IDD FROM SPNAGR WHERE IDG = "
+                               + key + " UNION SELECT IDD FROM UROKI WHERE IDG = " + key
+                               + " UNION SELECT USP.IDD FROM USP INNER JOIN SPSTUD"
+                                 " ON USP.ID = SPSTUD.ID WHERE SPSTUD.IDG = "
+                               + key
+                               + ") AS T ON SPPRED.IDD = T.IDD"
+                                 " ORDER BY SPPRED.Naim, SPPRED.IDD;");
+    std::vector<ListEntry<DisciplineId>> disciplines;
+    while (rows.next())
+        disciplines.push_back(
+            {DisciplineId{static_cast<int>(rows.integer(1))}, data::fromUtf8(rows.text(0))});
+    return disciplines;
+}
+
 } // namespace journals

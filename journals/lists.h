@@ -31,5 +31,7 @@ std::vector<ListEntry<std::optional<int>>> subgroupList(jet::Database& database,
 // The group's disciplines of the month by name, by lessons held or by workload in force.
 std::vector<ListEntry<DisciplineId>> disciplineList(jet::Database& database, GroupId group,
                                                     std::optional<int> subgroup, Month month);
+// All disciplines that the group has workload, lessons or grades in, at any time, by name.
+std::vector<ListEntry<DisciplineId>> disciplinesOfGroup(jet::Database& database, GroupId group);
 
 } // namespace journals
