@@ -8,6 +8,7 @@
 #include "journals/forms/frmhpos.h"
 #include "shell/forms/frmlogin.h"
 #include "shell/forms/frmmain.h"
+#include "shell/forms/programfolders.h"
 #include "shell/forms/programicon.h"
 #include "shell/forms/qtfilechooser.h"
 #include "shell/forms/qtprompt.h"
@@ -104,6 +105,14 @@ int run(const app::Options& options, app::SingleInstance& instance)
     shell::frmMain window({session, settings, prompt, chooser, windows,
                            QApplication::applicationDirPath(), documents});
     app::offerWindows(windows, {session, settings, prompt, window.statusLine()});
+    app::offerBooks(windows,
+                    {session, settings, prompt, window.statusLine(), chooser,
+                     [documents] {
+                         return shell::makeProgramFolders(QApplication::applicationDirPath(),
+                                                          documents)
+                             .documents;
+                     }},
+                    window);
     window.files().setDemo(
         [&prompt](const QString& path) {
             return demo::build(path, demo::Scale::College, kDemoSeed, prompt).has_value();

@@ -1,6 +1,7 @@
 #include "app/windows.h"
 
 #include "journals/forms/frmhpos.h"
+#include "shell/forms/frmmain.h"
 #include "shell/forms/windowregistry.h"
 
 using namespace Qt::StringLiterals;
@@ -11,6 +12,24 @@ void offerWindows(shell::WindowRegistry& registry, const journals::JournalParts&
 {
     registry.offer(u"mnuposechaemost"_s,
                    [parts](QWidget* parent) { return new journals::frmHPos(parts, parent); });
+}
+
+void offerBooks(shell::WindowRegistry& registry, refbooks::BookListParts parts,
+                shell::frmMain& main)
+{
+    parts.openAttendance = [&main](const refbooks::WorkloadPlace&) {
+        main.openWindow(u"mnuposechaemost"_s);
+    };
+    for (int code = 0; code < refbooks::kBookCodes; ++code) {
+        const std::string_view command =
+            refbooks::catalogue()[static_cast<std::size_t>(code)].command;
+        if (command.empty())
+            continue;
+        registry.offer(QString::fromLatin1(command.data(), static_cast<qsizetype>(command.size())),
+                       [parts, book = static_cast<refbooks::Book>(code)](QWidget* parent) {
+                           return new refbooks::frmSPRAV(book, parts, parent);
+                       });
+    }
 }
 
 } // namespace app

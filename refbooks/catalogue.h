@@ -43,7 +43,7 @@ struct BookInfo
     std::string_view key;     // its key field, a long integer
     QString noun;             // one record, as dialog captions and messages name it
     QString title;            // the list window's caption
-    std::string_view command; // the menu command that opens the list, "" when there is none
+    std::string_view command; // the menu command that opens the list
 };
 
 // All codes; slot 13 is empty.
