@@ -52,6 +52,7 @@ void DateBox::openCalendar()
         setText(dateText(date));
         menu->close();
         setFocus();
+        emit picked();
     };
     connect(calendar, &QCalendarWidget::clicked, this, take);
     connect(calendar, &QCalendarWidget::activated, this, take);

@@ -14,6 +14,9 @@ public:
     // The calendar of an empty line opens at `today`.
     explicit DateBox(QDate today, QWidget* parent = nullptr);
 
+signals:
+    void picked(); // from the calendar
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 

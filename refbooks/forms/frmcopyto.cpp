@@ -1,5 +1,7 @@
 #include "refbooks/forms/frmcopyto.h"
 
+#include "refbooks/catalogue.h"
+#include "refbooks/forms/accesskeys.h"
 #include "refbooks/worded.h"
 
 #include <QDialogButtonBox>
@@ -23,8 +25,8 @@ frmCopyTo::frmCopyTo(std::vector<CopyTarget> groups, std::vector<CopyTarget> sub
     , m_groups(std::move(groups))
     , m_subgroups(std::move(subgroups))
     , m_wording(wording)
-    , m_toGroups(new QRadioButton(worded(wording, u"В учебные &группы"_s)))
-    , m_toSubgroups(new QRadioButton(u"В &подгруппы"_s))
+    , m_toGroups(new QRadioButton(worded(wording, u"В учебные группы"_s)))
+    , m_toSubgroups(new QRadioButton(u"В подгруппы"_s))
     , m_prompt(new QLabel)
     , m_filter(new QLineEdit)
     , m_list(new QListWidget)
@@ -45,6 +47,10 @@ void frmCopyTo::setUpLayout()
 {
     m_toGroups->setObjectName(u"optGroups"_s);
     m_toSubgroups->setObjectName(u"optSubgroups"_s);
+    const QStringList kinds =
+        withAccessKeys({m_toGroups->text(), m_toSubgroups->text()}, u"нвс"_s); // taken below
+    m_toGroups->setText(kinds.front());
+    m_toSubgroups->setText(kinds.back());
     m_prompt->setObjectName(u"lblPrompt"_s);
     m_prompt->setWordWrap(true);
     m_list->setObjectName(u"lstTargets"_s);
@@ -84,9 +90,11 @@ QLayout* frmCopyTo::filterRow()
     label->setBuddy(m_filter);
     auto* all = new QPushButton(u"Выделить &все"_s);
     all->setObjectName(u"cmdAll"_s);
+    all->setAutoDefault(false); // Enter is for "Да" alone
     connect(all, &QPushButton::clicked, this, [this] { tickShown(true); });
     auto* none = new QPushButton(u"&Снять все"_s);
     none->setObjectName(u"cmdNone"_s);
+    none->setAutoDefault(false);
     connect(none, &QPushButton::clicked, this, [this] { tickShown(false); });
     auto* row = new QHBoxLayout;
     row->addWidget(label);
@@ -127,7 +135,7 @@ void frmCopyTo::showTargets()
         }
         m_list->setCurrentRow(0);
     }
-    m_list->setAccessibleName(to() == CopyTo::Groups ? worded(m_wording, u"Группы"_s)
+    m_list->setAccessibleName(to() == CopyTo::Groups ? bookTitle(Book::Groups, m_wording)
                                                      : u"Подгруппы"_s);
     narrow(m_filter->text());
     showChoice();

@@ -15,6 +15,7 @@ public:
     NoteEdit(const QString& text, int limit, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
