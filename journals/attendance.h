@@ -22,6 +22,8 @@ class StatusLine;
 
 namespace journals {
 
+class History;
+
 enum class AbsenceAction { Mark, MakeExcused, MakeUnexcused, Remove };
 
 // A place in the grid as it is shown: row 0 is the first student, the two total rows stand
@@ -45,6 +47,9 @@ public:
     Attendance(jet::Database& database, shell::Wording wording, shell::Prompt& prompt,
                shell::StatusLine& status);
 
+    // What apply() does from now on can be taken back there. It outlives this.
+    void recordIn(History& history) { m_history = &history; }
+
     // The disciplines taught to the selection's group and subgroup in its month: by the
     // lessons held when the journals work from the timetable, by the workload otherwise.
     // Empty while group or month are missing.
@@ -60,7 +65,8 @@ public:
 
     // Carries out the action on the cells in one step, brings the sheet in line and shows
     // what became of it. One cell that cannot be changed is refused with its message; of
-    // several, those that cannot be changed are left out. Gives the number of cells changed.
+    // several, those that cannot be changed are left out, and marking leaves recorded absences
+    // alone as long as there are cells without. Gives the number of cells changed.
     int apply(AbsenceAction action, AttendanceSheet& sheet, std::span<const GridCell> cells);
     // Whether the action has something to do on the cell; for enabling commands.
     static bool offers(AbsenceAction action, const AttendanceSheet& sheet, GridCell cell);
@@ -80,6 +86,7 @@ private:
     shell::Wording m_wording;
     shell::Prompt& m_prompt;
     shell::StatusLine& m_status;
+    History* m_history = nullptr;
 };
 
 } // namespace journals

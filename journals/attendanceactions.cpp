@@ -3,6 +3,8 @@
 
 #include "data/settingsrow.h"
 #include "journals/absences.h"
+#include "journals/history.h"
+#include "journals/studenthead.h"
 #include "journals/worded.h"
 #include "shell/prompt.h"
 #include "shell/statusline.h"
@@ -10,7 +12,9 @@
 #include "jet/database.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -58,6 +62,61 @@ AbsencePlace placeOf(const AttendanceSheet& sheet, GridCell cell)
     if (sheet.selection.mode == AttendanceMode::Lessons)
         place.lesson = sheet.columns[at.column].lesson;
     return place;
+}
+
+// Of several cells those that are empty, if any is: one more mark must not count down what the
+// others hold already.
+void preferEmpty(const AttendanceSheet& sheet, std::vector<GridCell>& cells)
+{
+    const auto empty = [&](GridCell cell) {
+        const SheetCell at = sheetCell(sheet, cell).value();
+        return sheet.cell(at.student, at.column).total() == 0;
+    };
+    if (std::ranges::any_of(cells, empty))
+        std::erase_if(cells, [&](GridCell cell) { return !empty(cell); });
+}
+
+// One scope for each student, over the days of his cells.
+std::vector<RowScope> scopesOf(const AttendanceSheet& sheet, const std::vector<GridCell>& cells)
+{
+    std::map<StudentId, RowScope> scopes;
+    for (const GridCell cell : cells) {
+        const AbsencePlace place = placeOf(sheet, cell);
+        const RowScope one{JournalTable::Absences, place.student, place.discipline, place.date,
+                           place.date};
+        RowScope& scope = scopes.try_emplace(place.student, one).first->second;
+        scope.from = std::min(scope.from, place.date);
+        scope.to = std::max(scope.to, place.date);
+    }
+    std::vector<RowScope> all;
+    for (const auto& [student, scope] : scopes)
+        all.push_back(scope);
+    return all;
+}
+
+QString stepName(AbsenceAction action, const AttendanceSheet& sheet,
+                 const std::vector<GridCell>& cells)
+{
+    const bool one = cells.size() == 1;
+    QString what;
+    switch (action) {
+    case AbsenceAction::Mark:
+        what = one ? u"пропуск"_s : u"пропуски"_s;
+        break;
+    case AbsenceAction::MakeExcused:
+        what = u"уважительная причина"_s;
+        break;
+    case AbsenceAction::MakeUnexcused:
+        what = u"неуважительная причина"_s;
+        break;
+    case AbsenceAction::Remove:
+        what = u"удаление"_s;
+        break;
+    }
+    if (!one)
+        return cellsStepText(what, static_cast<int>(cells.size()));
+    const SheetCell at = sheetCell(sheet, cells.front()).value();
+    return stepText(what, sheet.students[at.student].name, sheet.columns[at.column].date);
 }
 
 QString statusText(const Marked& marked)
@@ -141,11 +200,20 @@ int Attendance::apply(AbsenceAction action, AttendanceSheet& sheet, std::span<co
         || targets.empty())
         return 0;
 
+    if (action == AbsenceAction::Mark)
+        preferEmpty(sheet, targets);
     QString text;
-    jet::Transaction transaction(m_database);
-    for (const GridCell cell : targets)
-        text = carryOut(action, sheet, cell);
-    transaction.commit();
+    const auto write = [&] {
+        for (const GridCell cell : targets)
+            text = carryOut(action, sheet, cell);
+    };
+    if (m_history) {
+        m_history->record(stepName(action, sheet, targets), scopesOf(sheet, targets), write);
+    } else {
+        jet::Transaction transaction(m_database);
+        write();
+        transaction.commit();
+    }
     for (const GridCell cell : targets)
         refreshCell(m_database, sheet, cell);
     say(targets.size() == 1 ? text : u"Готово."_s);
