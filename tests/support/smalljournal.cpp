@@ -163,6 +163,17 @@ void SmallJournal::absence(int student, int discipline, QDate date, int lesson, 
            {"nuv", unexcused}});
 }
 
+void SmallJournal::grade(int student, int discipline, QDate date, int grade, Grade kind)
+{
+    added(database(), "USP",
+          {{"ID", student},
+           {"IDD", discipline},
+           {"DAT", data::toJet(date)},
+           {"OC", grade},
+           {"it", kind == Grade::Final},
+           {"TEK", kind == Grade::Current}});
+}
+
 void SmallJournal::holiday(int day, int month)
 {
     added(database(), "HOLI", {{"DAY", day}, {"MN", month}});
@@ -175,6 +186,19 @@ QStringList SmallJournal::absences(jet::Database& database)
         lines << QString::fromStdString(orDash(row[0]) + " " + orDash(row[1]) + " " + orDash(row[2])
                                         + " " + orDash(row[3]) + " " + orDash(row[4]) + "/"
                                         + orDash(row[5]));
+    lines.sort();
+    return lines;
+}
+
+QStringList SmallJournal::grades(jet::Database& database)
+{
+    QStringList lines;
+    for (const auto& row : database.rows("SELECT ID, IDD, DAT, OC, it, TEK FROM USP;"))
+        lines << QString::fromStdString(orDash(row[0]) + " " + orDash(row[1]) + " " + orDash(row[2])
+                                        + " " + orDash(row[3]))
+                     + (row[5].toBool()   ? u" т"
+                        : row[4].toBool() ? u" и"
+                                          : u" м");
     lines.sort();
     return lines;
 }

@@ -47,11 +47,17 @@ public:
     int workload(int group, int discipline, QDate first, QDate last, int subgroup = 0);
     int lesson(int group, int discipline, QDate date, int number, int subgroup = 0);
     void absence(int student, int discipline, QDate date, int lesson, int excused, int unexcused);
+    enum class Grade { Current, Monthly, Final };
+    void grade(int student, int discipline, QDate date, int grade, Grade kind = Grade::Current);
     void holiday(int day, int month);
 
     // The rows of POS as "student discipline date lesson uv/nuv", sorted; NULL shows as "-".
     static QStringList absences(jet::Database& database);
     QStringList absences() { return absences(database()); }
+    // The rows of USP as "student discipline date grade kind", sorted; the kind is "т" for a
+    // current, "м" for a monthly and "и" for a final grade.
+    static QStringList grades(jet::Database& database);
+    QStringList grades() { return grades(database()); }
 
 private:
     std::filesystem::path m_folder;
