@@ -29,6 +29,7 @@ void addCommands(CLI::App& program, Streams streams)
     addSchema(program, streams);
     addSql(program, streams);
     addAttendance(program, streams);
+    addFinals(program, streams);
     addMark(program, streams);
 }
 

@@ -4,8 +4,8 @@
 #include "data/settingsrow.h"
 #include "jet/database.h"
 #include "jet/sqltext.h"
-#include "journals/attendancequeries.h"
 #include "journals/history.h"
+#include "journals/students.h"
 #include "journals/worded.h"
 #include "shell/prompt.h"
 #include "shell/session.h"
@@ -243,9 +243,7 @@ std::optional<FinalsPlan> AutoFinals::plan(const FinalsRequest& request) const
     FinalsPlan plan{request, period(request), {}};
     const auto targets = targetsOf(request, plan.period, studyPeriod(m_session.settings()));
     auto grades = readGrades(m_session.database(), request, spanOf(targets));
-    AttendanceSelection group;
-    group.group = request.group;
-    for (const AttendanceStudent& student : readStudents(m_session.database(), group))
+    for (const Student& student : readStudents(m_session.database(), request.group.value(), {}))
         for (const Target& target : targets) {
             PlannedGrade row = planned(grades[student.id], target);
             if (!row.becomes && row.now.empty())
