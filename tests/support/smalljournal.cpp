@@ -195,10 +195,10 @@ QStringList SmallJournal::grades(jet::Database& database)
     QStringList lines;
     for (const auto& row : database.rows("SELECT ID, IDD, DAT, OC, it, TEK FROM USP;"))
         lines << QString::fromStdString(orDash(row[0]) + " " + orDash(row[1]) + " " + orDash(row[2])
-                                        + " " + orDash(row[3]))
-                     + (row[5].toBool()   ? u" т"
-                        : row[4].toBool() ? u" и"
-                                          : u" м");
+                                        + " " + orDash(row[3])
+                                        + (row[5].toBool()   ? " т"
+                                           : row[4].toBool() ? " и"
+                                                             : " м"));
     lines.sort();
     return lines;
 }
