@@ -3,6 +3,8 @@
 #include "shell/files/drives.h"
 #include "shell/forms/commands.h"
 #include "shell/forms/qtlongwork.h"
+#include "shell/prompt.h"
+#include "shell/session.h"
 
 #include <QAction>
 
@@ -12,6 +14,7 @@ namespace shell {
 
 FileServices::FileServices(const MainParts& parts, frmMain& window, const QString& archiveFolder)
     : QObject(&window)
+    , m_parts(parts)
     , m_window(window)
     , m_ownWork(parts.work ? nullptr : std::make_unique<QtLongWork>())
     , m_ownDrives(parts.drives ? nullptr : std::make_unique<SystemDrives>())
@@ -41,6 +44,16 @@ void FileServices::bind(Commands& commands)
     bind(u"mnuToolsAcc"_s, Needs::WritableFile, [this] { m_compact.run(); });
     bind(u"mnuToolsArh"_s, Needs::OpenFile, [this] { m_copies.archive(); });
     bind(u"mnuToolsArhOpen"_s, Needs::NotReadOnly, [this] { m_copies.restoreFromArchive(); });
+}
+
+void FileServices::offerCopy(const QString& text)
+{
+    const Role role = m_parts.session.user().role;
+    if (!mayRun(role, u"mnuToolsArhOpen"_s)) {
+        m_parts.prompt.critical(text);
+    } else if (m_parts.prompt.offer(text, u"Восстановить из архива..."_s)) {
+        m_copies.restoreFromArchive();
+    }
 }
 
 } // namespace shell

@@ -25,11 +25,15 @@ public:
 
     // Ties the menu's actions to the commands.
     void bind(Commands& commands);
+    // Tells that the open file is damaged and offers to bring a copy back at once, to those who
+    // may.
+    void offerCopy(const QString& text);
     // The user has come back to the window.
     void lookAtFile() { m_outside.look(); }
     JournalCare& care() { return m_care; }
 
 private:
+    const MainParts& m_parts;
     frmMain& m_window;
     std::unique_ptr<LongWork> m_ownWork; // null when the parts bring theirs
     std::unique_ptr<Drives> m_ownDrives;

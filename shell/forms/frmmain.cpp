@@ -291,7 +291,7 @@ void frmMain::verifyFile()
     m_status->show(u"Проверка базы данных..."_s);
     const CheckVerdict verdict = verifyAfterUncleanEnd(m_parts.session.database());
     verdict.sound ? m_parts.prompt.information(verdict.text)
-                  : m_parts.prompt.critical(verdict.text);
+                  : m_services->offerCopy(verdict.text);
 }
 
 void frmMain::showOptions()

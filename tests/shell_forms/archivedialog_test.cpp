@@ -1,4 +1,5 @@
 #include "shell/forms/frmarchive.h"
+#include "tests/shell_forms/accessible.h"
 #include "tests/shell_forms/mainwindow.h"
 #include "tests/support/smalljournal.h"
 
@@ -53,6 +54,7 @@ protected:
 TEST_F(ArchiveDialog, ListsCopiesAndTellsWhatTheSelectedOneHolds)
 {
     show(journal.path());
+    EXPECT_EQ(withoutAccessibleName(*dialog), "");
     ASSERT_EQ(list()->topLevelItemCount(), 2);
     EXPECT_EQ(list()->topLevelItem(0)->text(0), u"22.11.2026 14:05:33"_s);
     EXPECT_EQ(list()->topLevelItem(0)->text(2), u"по команде"_s);

@@ -52,6 +52,18 @@ protected:
         return services->care().archive().copies(path);
     }
 
+    // Ends the program and spoils the last page of its file, which holds the groups.
+    void damageGroups()
+    {
+        ASSERT_TRUE(window->close());
+        window.reset();
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.seek(file.size() - 4096 + 13)); // the high byte of its number of rows
+        const char spoilt = static_cast<char>(file.peek(1)[0] ^ 1);
+        ASSERT_TRUE(file.putChar(spoilt));
+    }
+
     QString path;
     shell::FileServices* services = nullptr;
 };
@@ -202,6 +214,57 @@ TEST_F(CopyMenu, RestoresAFileThatCannotBeOpenedAnyMore)
     EXPECT_TRUE(prompt.done());
     ASSERT_TRUE(session.isOpen());
     EXPECT_EQ(groups(), 0);
+}
+
+TEST_F(CopyMenu, ADamagedFileAfterAnUncleanEndIsReplacedByACopyAtOnce)
+{
+    startWithJournal();
+    addGroup("А");
+    archived();
+    damageGroups();
+    settings.setFlag(shell::Setting::AppClose, true);
+    chooser.choosesCopy = true;
+    prompt.expectMatching(Box::Question,
+                          u"(?s)^Прошлый раз программа завершилась неправильно. База данных "
+                          "проверена, найдено ошибок: .*SPGRUP.*Восстановить из архива"_s,
+                          shell::Answer::Yes);
+    prompt.expectMatching(Box::Question, u"^Копия от "_s, shell::Answer::Yes);
+    start(path);
+    EXPECT_TRUE(prompt.done());
+    ASSERT_TRUE(session.isOpen());
+    EXPECT_EQ(groups(), 0);
+}
+
+TEST_F(CopyMenu, CompactionOffersToRepairADamagedFile)
+{
+    startWithJournal();
+    addGroup("А");
+    archived();
+    damageGroups();
+    const QByteArray before = bytesOf(path);
+    const QString question = u"(?s)^Файл базы данных поврежден: .*Собрать из него новый файл"_s;
+    const QString losses = u"(?s)^Прочитано таблиц: 24, .*SPGRUP: страница .*Заменить файл"_s;
+    start(path);
+    prompt.expectMatching(Box::Question, question, shell::Answer::No);
+    prompt.expect(Box::Exclamation, kNotCompacted);
+    trigger(u"mnuToolsAcc"_s);
+    prompt.expectMatching(Box::Question, question);
+    prompt.expectMatching(Box::Question, losses, shell::Answer::No);
+    prompt.expect(Box::Exclamation, kNotCompacted);
+    trigger(u"mnuToolsAcc"_s);
+    ASSERT_TRUE(session.isOpen());
+    EXPECT_EQ(bytesOf(path), before);
+
+    prompt.expectMatching(Box::Question, question);
+    prompt.expectMatching(Box::Question, losses);
+    prompt.expectMatching(Box::Information, u"^База данных исправлена и сжата. Размер был "_s);
+    trigger(u"mnuToolsAcc"_s);
+    EXPECT_TRUE(prompt.done());
+    ASSERT_TRUE(session.isOpen());
+    EXPECT_EQ(groups(), 0);
+    EXPECT_EQ(QDir(folder.path()).entryList({u"*.repaired"_s}), QStringList());
+    addGroup("Б"); // works on in the repaired file
+    EXPECT_EQ(groups(), 1);
 }
 
 TEST_F(CopyMenu, AFullDiskLeavesTheOpenFileInForce)

@@ -1,4 +1,5 @@
 #include "shell/forms/frmdrive.h"
+#include "tests/shell_forms/accessible.h"
 
 #include <gtest/gtest.h>
 
@@ -64,6 +65,7 @@ TEST_F(DriveDialog, ChoosesADriveByTheKeyboard)
                    drive(u"ФЛЕШКА"_s, qint64{1} << 32)};
     show(DriveAim::CopyTo, u"Журнал.mdb"_s);
     auto* list = named<QTreeWidget>(u"lvDrives"_s);
+    EXPECT_EQ(withoutAccessibleName(*dialog), "");
     EXPECT_TRUE(list->hasFocus());
     EXPECT_FALSE(named<QTreeWidget>(u"lvFiles"_s)->isVisible());
     EXPECT_FALSE(mayGoOn());
