@@ -17,8 +17,12 @@ void offerWindows(shell::WindowRegistry& registry, const journals::JournalParts&
 void offerBooks(shell::WindowRegistry& registry, refbooks::BookListParts parts,
                 shell::frmMain& main)
 {
-    parts.openAttendance = [&main](const refbooks::WorkloadPlace&) {
-        main.openWindow(u"mnuposechaemost"_s);
+    parts.openAttendance = [&main](const refbooks::WorkloadPlace& place) {
+        auto* journal = qobject_cast<journals::frmHPos*>(main.openWindow(u"mnuposechaemost"_s));
+        if (journal)
+            journal->choose(journals::GroupId{place.group},
+                            place.subgroup > 0 ? std::optional(place.subgroup) : std::nullopt,
+                            journals::DisciplineId{place.discipline});
     };
     for (int code = 0; code < refbooks::kBookCodes; ++code) {
         const std::string_view command =

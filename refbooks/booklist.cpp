@@ -12,9 +12,17 @@ using namespace Qt::StringLiterals;
 namespace refbooks {
 namespace {
 
-bool sortsByValue(jet::FieldType type)
+ColumnKind kindOf(jet::FieldType type)
 {
-    return type != jet::FieldType::Text && type != jet::FieldType::Memo;
+    switch (type) {
+    case jet::FieldType::Text:
+    case jet::FieldType::Memo:
+        return ColumnKind::Text;
+    case jet::FieldType::Date:
+        return ColumnKind::Date;
+    default:
+        return ColumnKind::Number;
+    }
 }
 
 } // namespace
@@ -33,6 +41,7 @@ BookList::BookList(Book book, const shell::Wording& wording)
     , m_nameColumn(refbooks::nameColumn(book, m_columns))
     , m_wording(wording)
 {
+    m_kinds.resize(m_columns.size(), ColumnKind::Text);
     for (std::size_t i = 0; i < m_columns.size(); ++i)
         m_cells.emplace_back(false);
 }
@@ -51,6 +60,7 @@ void BookList::load(jet::Database& database, const ListFilter& filter)
     const bool isEmpty = hasFilter(m_book) && !filter.key;
     std::vector<std::int64_t> keys;
     std::vector<ColumnTexts> cells;
+    std::vector<ColumnKind> kinds;
     std::vector<int> positions;
     auto rows = database.query(listQuery(m_book, filter, m_wording));
     const int keyPosition = rows.column(bookInfo(m_book).key);
@@ -58,7 +68,8 @@ void BookList::load(jet::Database& database, const ListFilter& filter)
         // The query of an unset filter has no joined columns, and no rows.
         positions.push_back(isEmpty ? keyPosition : rows.column(column.field));
         const auto position = static_cast<std::size_t>(positions.back());
-        cells.emplace_back(sortsByValue(rows.columns()[position].type));
+        kinds.push_back(kindOf(rows.columns()[position].type));
+        cells.emplace_back(kinds.back() != ColumnKind::Text); // those sort by value
     }
     while (rows.next()) {
         keys.push_back(rows.integer(keyPosition));
@@ -69,6 +80,7 @@ void BookList::load(jet::Database& database, const ListFilter& filter)
         column.finish();
     m_keys = std::move(keys);
     m_cells = std::move(cells);
+    m_kinds = std::move(kinds);
     arrange();
 }
 

@@ -16,6 +16,9 @@ class Database;
 
 namespace refbooks {
 
+// What the texts of a column stand for.
+enum class ColumnKind { Text, Number, Date };
+
 // The list of a book: its rows are read once per load() and kept in compact form. Row
 // numbers below are positions in the list as shown, sorted and narrowed.
 class BookList
@@ -25,6 +28,8 @@ public:
 
     Book book() const { return m_book; }
     const std::vector<Column>& columns() const { return m_columns; }
+    // Of the rows loaded.
+    ColumnKind kind(int column) const { return m_kinds[static_cast<std::size_t>(column)]; }
 
     // A list of the same book, order and filter line, without rows.
     BookList emptied() const;
@@ -62,6 +67,7 @@ private:
     shell::Wording m_wording;
     std::vector<std::int64_t> m_keys; // in the query's order
     std::vector<ColumnTexts> m_cells; // of each column
+    std::vector<ColumnKind> m_kinds;
     std::vector<std::uint32_t> m_shown;
     std::optional<int> m_sortColumn;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;

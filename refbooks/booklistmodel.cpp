@@ -1,5 +1,6 @@
 #include "refbooks/booklistmodel.h"
 
+#include <unordered_map>
 #include <utility>
 
 namespace refbooks {
@@ -49,10 +50,12 @@ void BookListModel::sort(int column, Qt::SortOrder order)
     for (const QModelIndex& index : before)
         keys.push_back(m_list.key(index.row()));
     m_list.sort(column < 0 ? std::optional<int>() : column, order);
-    for (qsizetype i = 0; i < before.size(); ++i) {
-        const auto row = m_list.rowOfKey(keys[static_cast<std::size_t>(i)]);
-        changePersistentIndex(before[i], row ? index(*row, before[i].column()) : QModelIndex());
-    }
+    std::unordered_map<std::int64_t, int> rows; // all of 150,000 rows may be selected
+    for (int row = 0; !keys.empty() && row < m_list.rowCount(); ++row)
+        rows[m_list.key(row)] = row;
+    for (qsizetype i = 0; i < before.size(); ++i)
+        changePersistentIndex(
+            before[i], index(rows.at(keys[static_cast<std::size_t>(i)]), before[i].column()));
     emit layoutChanged({}, VerticalSortHint);
 }
 

@@ -151,6 +151,30 @@ void frmHPos::loadSettings()
     m_widths->restore(m_parts.settings.remembered(kWidths));
 }
 
+void frmHPos::choose(GroupId group, std::optional<int> subgroup, DisciplineId discipline)
+{
+    if (m_selectors->chosen().month.month == 0) {
+        const QDate day = m_parts.session.workingDate();
+        m_selectors->setMonth((day.isValid() ? day : QDate::currentDate()).month(), 0);
+    }
+    JournalSelectors::Chosen wanted = m_selectors->chosen();
+    wanted.group = group;
+    wanted.subgroup = subgroup;
+    wanted.allDisciplines = false;
+    wanted.discipline = discipline;
+    m_selectors->restore(wanted);
+    const bool taught = m_selectors->chosen().discipline == discipline;
+    if (!taught) {
+        wanted.allDisciplines = true;
+        wanted.discipline.reset();
+        m_selectors->restore(wanted);
+    }
+    refill();
+    if (!taught)
+        m_parts.status.show(
+            worded(m_parts.session.wording(), u"В выбранном месяце эта дисциплина не ведется."_s));
+}
+
 void frmHPos::saveSettings()
 {
     shell::Settings& settings = m_parts.settings;

@@ -6,6 +6,7 @@
 #include "shell/forms/journalactions.h"
 
 #include <memory>
+#include <optional>
 
 namespace journals {
 
@@ -25,6 +26,10 @@ class frmHPos final : public shell::JournalActions
 public:
     explicit frmHPos(const JournalParts& parts, QWidget* parent = nullptr);
     ~frmHPos() override;
+
+    // Shows a group's discipline in the month that is chosen, else in that of the working date.
+    // No subgroup means all of them.
+    void choose(GroupId group, std::optional<int> subgroup, DisciplineId discipline);
 
     bool available(shell::JournalAction action) const override;
     void run(shell::JournalAction action) override;

@@ -110,6 +110,8 @@ void frmSPRAV::setUpCommands()
         else
             addCommand(button.key, button.text);
     }
+    if (auto* import = findChild<QAction*>(u"keyImp"_s); import && !m_parts.import)
+        import->setToolTip(u"Импорт из файла пока недоступен"_s);
     ui->Toolbar1->addSeparator();
     addCommand("keyRefresh", u"Обновить"_s);
     addCommand("keyExport", u"Экспорт в .xlsx..."_s);

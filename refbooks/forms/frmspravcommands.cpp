@@ -9,12 +9,15 @@
 #include "refbooks/workloadclear.h"
 #include "refbooks/workloadcopy.h"
 #include "refbooks/workloadlinks.h"
+#include "sheets/writetable.h"
+#include "shell/forms/filechooser.h"
 #include "shell/forms/runcommand.h"
 #include "shell/session.h"
 #include "shell/statusline.h"
 #include "ui_frmsprav.h"
 
 #include <QClipboard>
+#include <QDir>
 #include <QGuiApplication>
 
 #include <map>
@@ -35,6 +38,25 @@ QString tabbed(const QStringList& cells)
     QString line = cells.join(u'\t');
     line.replace(u'\n', u' ');
     return line + u'\n';
+}
+
+static_assert(static_cast<int>(ColumnKind::Date) == static_cast<int>(sheets::Kind::Date));
+static_assert(static_cast<int>(Alignment::Centre) == static_cast<int>(sheets::Alignment::Centre));
+
+// The list as it is shown, for a file.
+sheets::Table shownTable(const BookList& list, const QString& title)
+{
+    sheets::Table table;
+    table.title = title;
+    table.rows = list.rowCount();
+    table.text = [&list](int row, int column) { return list.text(row, column); };
+    for (std::size_t i = 0; i < list.columns().size(); ++i) {
+        const Column& column = list.columns()[i];
+        table.columns.push_back({column.header,
+                                 static_cast<sheets::Kind>(list.kind(static_cast<int>(i))),
+                                 static_cast<sheets::Alignment>(column.alignment)});
+    }
+    return table;
 }
 
 } // namespace
@@ -190,7 +212,21 @@ void frmSPRAV::refresh()
 }
 
 void frmSPRAV::exportRows()
-{}
+{
+    shell::runCommand(m_parts.prompt, u"Список не записан."_s, [this] {
+        QString title = m_filter.caption();
+        if (m_filter.isShown())
+            title +=
+                u' ' + (m_book == Book::Workload ? ui->cboSecond : ui->cboFirst)->currentText();
+        const QString path =
+            m_parts.chooser.saveTable(m_parts.documentsFolder(), sheets::fileName(title));
+        if (path.isEmpty())
+            return;
+        sheets::writeTable(path, shownTable(m_model->list(), title.trimmed()),
+                           sheets::Existing::Replace); // the chooser has asked
+        m_parts.status.show(u"Список записан в файл: %1"_s.arg(QDir::toNativeSeparators(path)));
+    });
+}
 
 void frmSPRAV::copyRows()
 {

@@ -59,6 +59,28 @@ QString QtFileChooser::saveJournal(const QString& folder, const QString& name)
     return dialog.selectedFiles().constFirst();
 }
 
+QString QtFileChooser::saveTable(const QString& folder, const QString& name)
+{
+    const QString csv = u"Текст с разделителями (*.csv)"_s;
+    QFileDialog dialog(QApplication::activeWindow(), u"Экспорт списка"_s, folder);
+    dialog.setNameFilters({u"Книга Excel (*.xlsx)"_s, csv});
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(u"xlsx"_s);
+    dialog.selectFile(name);
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
+        const QString suffix = filter == csv ? u"csv"_s : u"xlsx"_s;
+        dialog.setDefaultSuffix(suffix);
+        const QStringList typed = dialog.selectedFiles();
+        if (!typed.isEmpty() && !QFileInfo(typed.constFirst()).isDir()) {
+            dialog.selectFile(QFileInfo(typed.constFirst()).completeBaseName() + u'.' + suffix);
+        }
+    });
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return {};
+    }
+    return dialog.selectedFiles().constFirst();
+}
+
 QString QtFileChooser::fileOnDrive(const DriveRequest& request)
 {
     frmDrive dialog(request, QApplication::activeWindow());

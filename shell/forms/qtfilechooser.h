@@ -11,6 +11,7 @@ public:
     QString openJournal(const QString& folder) override;
     QString newJournal(const QString& folder) override;
     QString saveJournal(const QString& folder, const QString& name) override;
+    QString saveTable(const QString& folder, const QString& name) override;
     QString fileOnDrive(const DriveRequest& request) override;
     std::optional<ArchivedCopy> archivedCopy(const Archive& archive, const QString& journal,
                                              Prompt& prompt) override;

@@ -27,6 +27,11 @@ public:
         suggested = name;
         return answer;
     }
+    QString saveTable(const QString&, const QString& name) override
+    {
+        suggested = name;
+        return answer;
+    }
     QString fileOnDrive(const shell::DriveRequest&) override { return driveFile; }
     std::optional<shell::ArchivedCopy> archivedCopy(const shell::Archive& archive,
                                                     const QString& journal, shell::Prompt&) override
