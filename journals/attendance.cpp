@@ -51,7 +51,8 @@ Attendance::disciplines(const AttendanceSelection& selection) const
 {
     if (!selection.group || !selection.month.valid() || !selection.month.validYear())
         return {};
-    return disciplineList(m_database, *selection.group, selection.subgroup, selection.month);
+    return disciplineList(m_database, *selection.group, selection.subgroup,
+                          {selection.month.first(), selection.month.last()});
 }
 
 std::optional<AttendanceSheet> Attendance::load(const AttendanceSelection& selection)

@@ -1,17 +1,14 @@
 #include "journals/hours.h"
 
+#include "journals/counted.h"
+
 using namespace Qt::StringLiterals;
 
 namespace journals {
 
 QString hoursText(int hours)
 {
-    const int tens = hours % 100, ones = hours % 10;
-    const bool teen = tens >= 11 && tens <= 14;
-    const QString word = teen || ones == 0 || ones > 4 ? u" часов"_s
-                         : ones == 1                   ? u" час"_s
-                                                       : u" часа"_s;
-    return QString::number(hours) + word;
+    return counted(hours, u"час"_s, u"часа"_s, u"часов"_s);
 }
 
 QString spokenAbsence(const Absence& hours, AbsenceState state)

@@ -20,23 +20,23 @@ std::string subgroupCondition(std::optional<int> subgroup)
     return subgroup ? " and val(0 & idgg)=" + sql::number(*subgroup) : std::string();
 }
 
-std::string disciplinesOfLessons(GroupId group, std::optional<int> subgroup, Month month)
+std::string disciplinesOfLessons(GroupId group, std::optional<int> subgroup, const Period& period)
 {
     return R"(SELECT distinct uroki.IDG, SPPRED.Naim, SPPRED.IDD
               FROM uroki INNER JOIN SPPRED ON uroki.IDD = SPPRED.IDD
               where uroki.IDG = )"
            + sql::number(keyNumber(group)) + " And ((uroki.DAT between "
-           + sql::date(data::toJet(month.first())) + " and " + sql::date(data::toJet(month.last()))
+           + sql::date(data::toJet(period.from)) + " and " + sql::date(data::toJet(period.to))
            + "))" + subgroupCondition(subgroup)
            + R"( GROUP BY uroki.IDG, SPPRED.Naim, SPPRED.IDD, uroki.DAt
                  ORDER BY SPPRED.Naim;)";
 }
 
-// Workload counts when its period overlaps the month in any way.
-std::string disciplinesOfWorkload(GroupId group, std::optional<int> subgroup, Month month)
+// Workload counts when its period overlaps the period in any way.
+std::string disciplinesOfWorkload(GroupId group, std::optional<int> subgroup, const Period& period)
 {
-    const std::string first = sql::date(data::toJet(month.first()));
-    const std::string last = sql::date(data::toJet(month.last()));
+    const std::string first = sql::date(data::toJet(period.from));
+    const std::string last = sql::date(data::toJet(period.to));
     return R"(SELECT SPNAGR.IDG, SPPRED.Naim, SPPRED.IDD
               FROM SPNAGR INNER JOIN SPPRED ON SPNAGR.IDD = SPPRED.IDD
               where SPNAGR.IDG = )"
@@ -79,12 +79,13 @@ std::vector<ListEntry<std::optional<int>>> subgroupList(jet::Database& database,
 }
 
 std::vector<ListEntry<DisciplineId>> disciplineList(jet::Database& database, GroupId group,
-                                                    std::optional<int> subgroup, Month month)
+                                                    std::optional<int> subgroup,
+                                                    const Period& period)
 {
     const bool byLessons = data::readSettingsRow(database).useTimetable;
     std::vector<ListEntry<DisciplineId>> disciplines;
-    auto rows = database.query(byLessons ? disciplinesOfLessons(group, subgroup, month)
-                                         : disciplinesOfWorkload(group, subgroup, month));
+    auto rows = database.query(byLessons ? disciplinesOfLessons(group, subgroup, period)
+                                         : disciplinesOfWorkload(group, subgroup, period));
     while (rows.next())
         disciplines.push_back(
             {DisciplineId{static_cast<int>(rows.integer(2))}, data::fromUtf8(rows.text(1))});

@@ -15,8 +15,8 @@ protected:
     QStringList disciplineNames(std::optional<int> subgroup = std::nullopt)
     {
         QStringList names;
-        for (const auto& discipline :
-             disciplineList(journal.database(), GroupId{groupKey}, subgroup, {2022, 11}))
+        for (const auto& discipline : disciplineList(journal.database(), GroupId{groupKey},
+                                                     subgroup, {{2022, 11, 1}, {2022, 11, 30}}))
             names << discipline.name;
         return names;
     }
