@@ -53,10 +53,12 @@ QString line(const AnalysisModel& model, int row)
 
 } // namespace
 
-frmAnaliz::frmAnaliz(shell::Session& session, std::vector<std::int64_t> keys, QWidget* parent)
+frmAnaliz::frmAnaliz(shell::Session& session, std::vector<std::int64_t> keys, Export write,
+                     QWidget* parent)
     : QDialog(parent)
     , m_session(session)
     , m_keys(std::move(keys))
+    , m_write(std::move(write))
     , m_model(new AnalysisModel(session.wording(), this))
     , m_table(new QTableView)
     , m_through(new DateBox(session.workingDate()))
@@ -121,6 +123,11 @@ QLayout* frmAnaliz::buttonRow()
     copy->setObjectName(u"cmdCopy"_s);
     copy->setAutoDefault(false); // Enter in the date line counts
     connect(copy, &QPushButton::clicked, this, &frmAnaliz::copyTable);
+    auto* toFile = new QPushButton(u"&В файл..."_s);
+    toFile->setObjectName(u"cmdExport"_s);
+    toFile->setAutoDefault(false);
+    toFile->setEnabled(m_write != nullptr);
+    connect(toFile, &QPushButton::clicked, this, &frmAnaliz::exportTable);
     auto* close = new QPushButton(u"Закрыть"_s);
     close->setObjectName(u"cmdCancel"_s);
     close->setAutoDefault(false);
@@ -128,6 +135,7 @@ QLayout* frmAnaliz::buttonRow()
     auto* row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(copy);
+    row->addWidget(toFile);
     row->addWidget(close);
     return row;
 }
@@ -137,9 +145,10 @@ void frmAnaliz::count(QDate through)
     m_model->show(workloadHours(m_session.database(), m_keys, through, m_session.hoursPerLesson()));
     const QString until =
         through.isValid() ? u"по %1 включительно"_s.arg(dateText(through)) : u"за все время"_s;
-    m_note->setText(
-        worded(m_session.wording(), u"Часы подсчитаны %2. Продолжительность занятия, ч: %1."_s)
-            .arg(QString::number(m_session.hoursPerLesson()), until));
+    const QString how =
+        worded(m_session.wording(), u"Часы подсчитаны %1. Продолжительность занятия, ч: %2."_s)
+            .arg(until, QString::number(m_session.hoursPerLesson()));
+    m_note->setText(m_model->totalText() + u'\n' + how);
 }
 
 void frmAnaliz::takeDate()
@@ -155,6 +164,23 @@ void frmAnaliz::takeDate()
     } catch (const std::exception& error) {
         m_note->setText(u"Часы не подсчитаны. Ошибка: "_s + QString::fromUtf8(error.what()));
     }
+}
+
+void frmAnaliz::exportTable()
+{
+    sheets::Table table;
+    table.title = windowTitle();
+    table.rows = m_model->rowCount();
+    table.text = [this](int row, int column) {
+        return m_model->index(row, column).data().toString();
+    };
+    for (int column = 0; column < m_model->columnCount(); ++column) {
+        const bool isNumber = column >= AnalysisModel::Planned;
+        table.columns.push_back({m_model->headerData(column, Qt::Horizontal).toString(),
+                                 isNumber ? sheets::Kind::Number : sheets::Kind::Text,
+                                 isNumber ? sheets::Alignment::Right : sheets::Alignment::Left});
+    }
+    m_write(table);
 }
 
 void frmAnaliz::copyTable()

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "sheets/table.h"
+
 #include <QDialog>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -24,8 +27,12 @@ class frmAnaliz final : public QDialog
     Q_OBJECT
 
 public:
-    // Requires an open session, which must outlive the dialog. Throws jet::Error.
-    frmAnaliz(shell::Session& session, std::vector<std::int64_t> keys, QWidget* parent = nullptr);
+    using Export = std::function<void(const sheets::Table&)>;
+
+    // Requires an open session, which must outlive the dialog. `write` asks for a file and
+    // writes the table there; without it that is disabled. Throws jet::Error.
+    frmAnaliz(shell::Session& session, std::vector<std::int64_t> keys, Export write = {},
+              QWidget* parent = nullptr);
     ~frmAnaliz() override;
 
 private:
@@ -34,10 +41,12 @@ private:
     QLayout* buttonRow();
     void count(QDate through);
     void takeDate();
+    void exportTable();
     void copyTable();
 
     shell::Session& m_session;
     std::vector<std::int64_t> m_keys;
+    Export m_write;
     AnalysisModel* m_model;
     QTableView* m_table;
     DateBox* m_through;

@@ -9,8 +9,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -18,6 +20,29 @@
 using namespace Qt::StringLiterals;
 
 namespace refbooks {
+
+namespace {
+
+// Frames the check boxes, whose outline styles draw too faintly on a dark ground.
+class FramedChecks final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::paint(painter, option, index);
+        QStyleOptionViewItem item = option;
+        initStyleOption(&item, index);
+        const QRect box =
+            item.widget->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &item);
+        painter->setPen(item.palette.color(QPalette::Text));
+        painter->drawRect(box.adjusted(1, 1, -2, -2));
+    }
+};
+
+} // namespace
 
 frmCopyTo::frmCopyTo(std::vector<CopyTarget> groups, std::vector<CopyTarget> subgroups,
                      const shell::Wording& wording, QWidget* parent)
@@ -55,6 +80,7 @@ void frmCopyTo::setUpLayout()
     m_prompt->setWordWrap(true);
     m_list->setObjectName(u"lstTargets"_s);
     m_list->setAlternatingRowColors(true);
+    m_list->setItemDelegate(new FramedChecks(m_list));
     m_yes->setObjectName(u"cmdYes"_s);
     m_yes->setDefault(true);
     auto* no = new QPushButton(u"Нет"_s);

@@ -39,6 +39,17 @@ QFormLayout* sectionFor(const RecordField& field, QVBoxLayout& column)
     return form;
 }
 
+// The controls of all frames begin at the same place.
+void alignLabels(const QWidget& page)
+{
+    const auto labels = page.findChildren<QLabel*>();
+    int width = 0;
+    for (const QLabel* label : labels)
+        width = std::max(width, label->sizeHint().width());
+    for (QLabel* label : labels)
+        label->setMinimumWidth(width);
+}
+
 } // namespace
 
 frmSD1::frmSD1(std::unique_ptr<BookRecord> record, shell::Session& session, shell::Prompt& prompt,
@@ -140,6 +151,7 @@ void frmSD1::fillForm(QWidget& page)
         }
     }
     column->addStretch();
+    alignLabels(page);
 }
 
 // The first text that was left without being understood, for as long as it stands there.
@@ -153,7 +165,7 @@ void frmSD1::showProblem()
 // A scroll area of its own accord asks for less than its content needs.
 void frmSD1::fitOnScreen()
 {
-    constexpr int kLetters = 70;
+    constexpr int kLetters = 84;
     const QSize content = m_page->sizeHint();
     const QSize around = sizeHint() - m_area->sizeHint();
     const QSize screenSize = screen()->availableSize() * 9 / 10;

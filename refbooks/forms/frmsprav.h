@@ -10,6 +10,9 @@
 #include <string_view>
 #include <vector>
 
+namespace sheets {
+struct Table;
+}
 namespace shell {
 class FileChooser;
 class Prompt;
@@ -104,6 +107,7 @@ private:
     void importRows();
     void refresh();
     void exportRows();
+    void exportTable(const sheets::Table& table);
     void copyRows();
     void copyRowsWithHeads();
     void copyText(bool withHeads);

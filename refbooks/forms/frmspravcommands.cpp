@@ -31,6 +31,7 @@ namespace refbooks {
 namespace {
 
 const QString kNotOpened = u"Запись не открыта."_s;
+const QString kNotWritten = u"Список не записан."_s;
 
 // A row as tab-separated text that spreadsheets take.
 QString tabbed(const QStringList& cells)
@@ -182,7 +183,8 @@ void frmSPRAV::analyseWorkload()
             std::iota(rows.begin(), rows.end(), 0);
             keys = m_model->list().keys(rows);
         }
-        frmAnaliz(m_parts.session, std::move(keys), this).exec();
+        const auto write = [this](const sheets::Table& table) { exportTable(table); };
+        frmAnaliz(m_parts.session, std::move(keys), write, this).exec();
     });
 }
 
@@ -213,17 +215,23 @@ void frmSPRAV::refresh()
 
 void frmSPRAV::exportRows()
 {
-    shell::runCommand(m_parts.prompt, u"Список не записан."_s, [this] {
+    shell::runCommand(m_parts.prompt, kNotWritten, [this] {
         QString title = m_filter.caption();
         if (m_filter.isShown())
             title +=
                 u' ' + (m_book == Book::Workload ? ui->cboSecond : ui->cboFirst)->currentText();
+        exportTable(shownTable(m_model->list(), title.trimmed()));
+    });
+}
+
+void frmSPRAV::exportTable(const sheets::Table& table)
+{
+    shell::runCommand(m_parts.prompt, kNotWritten, [&] {
         const QString path =
-            m_parts.chooser.saveTable(m_parts.documentsFolder(), sheets::fileName(title));
+            m_parts.chooser.saveTable(m_parts.documentsFolder(), sheets::fileName(table.title));
         if (path.isEmpty())
             return;
-        sheets::writeTable(path, shownTable(m_model->list(), title.trimmed()),
-                           sheets::Existing::Replace); // the chooser has asked
+        sheets::writeTable(path, table, sheets::Existing::Replace); // the chooser has asked
         m_parts.status.show(u"Список записан в файл: %1"_s.arg(QDir::toNativeSeparators(path)));
     });
 }

@@ -96,7 +96,11 @@ TEST(AnalysisDialog, CountsUpToTheDayTyped)
     shell::Session session;
     session.openJournal(file.release());
 
-    frmAnaliz dialog(session, keys);
+    QStringList written;
+    frmAnaliz dialog(session, keys, [&](const sheets::Table& table) {
+        for (int row = 0; row < table.rows; ++row)
+            written << table.text(row, 3) + table.text(row, 6);
+    });
     dialog.show();
     EXPECT_EQ(withoutAccessibleName(dialog), "");
     auto* date = dialog.findChild<QLineEdit*>(u"DT0"_s);
@@ -125,6 +129,8 @@ TEST(AnalysisDialog, CountsUpToTheDayTyped)
     EXPECT_EQ(hours(), head
                            + u"\tИС-21\t\tМатематика\t4\t6\t-2\n\tИС-21\t1\tФизика\t4\t0\t4\n"
                              "Итого\t\t\t\t8\t6\t2\n"_s);
+    QTest::mouseClick(dialog.findChild<QPushButton*>(u"cmdExport"_s), Qt::LeftButton);
+    EXPECT_EQ(written, (QStringList{u"Математика-2"_s, u"Физика4"_s, u"2"_s}));
     const QModelIndex over = table->model()->index(0, 6);
     EXPECT_EQ(over.data(Qt::ToolTipRole).toString(), u"Проведено больше, чем запланировано"_s);
     EXPECT_TRUE(dialog.isVisible()) << "Enter in the date line only counts";
