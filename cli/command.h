@@ -31,6 +31,7 @@ void addCompact(CLI::App& program, Streams streams);
 void addCreate(CLI::App& program, Streams streams);
 void addDemo(CLI::App& program, Streams streams);
 void addFinals(CLI::App& program, Streams streams);
+void addGrades(CLI::App& program, Streams streams);
 void addMark(CLI::App& program, Streams streams);
 void addSchema(CLI::App& program, Streams streams);
 void addSql(CLI::App& program, Streams streams);

@@ -6,8 +6,6 @@
 #include "shell/session.h"
 #include "shell/settings.h"
 
-#include <QLocale>
-
 #include <map>
 #include <numeric>
 #include <ostream>
@@ -67,11 +65,10 @@ void printPlan(std::ostream& out, const journals::FinalsPlan& plan)
     const auto text = [](const QString& value) { return value.toStdString(); };
     std::vector<Row> rows;
     for (const journals::PlannedGrade& row : plan.rows)
-        rows.push_back(
-            {std::to_string(journals::keyNumber(row.student)), text(row.name),
-             text(row.date.toString(Qt::ISODate)), text(nowText(row)), text(becomesText(row)),
-             row.marks > 0 ? text(QLocale(QLocale::Russian).toString(row.average, 'f', 2)) : "",
-             std::to_string(row.marks)});
+        rows.push_back({std::to_string(journals::keyNumber(row.student)), text(row.name),
+                        text(row.date.toString(Qt::ISODate)), text(nowText(row)),
+                        text(becomesText(row)), text(row.marks.text()),
+                        std::to_string(row.marks.count)});
     printAligned(
         out, {"№", worded(u"ФИО студента"_s), "Дата", "Было", "Стало", "Средний", "Оценок"}, rows);
 }

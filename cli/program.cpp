@@ -30,6 +30,7 @@ void addCommands(CLI::App& program, Streams streams)
     addSql(program, streams);
     addAttendance(program, streams);
     addFinals(program, streams);
+    addGrades(program, streams);
     addMark(program, streams);
 }
 

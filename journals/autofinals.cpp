@@ -23,8 +23,6 @@ namespace sql = jet::sql;
 namespace journals {
 namespace {
 
-constexpr int kPass = 1; // USP.OC of "Зачет", no mark to count
-
 // Grades that stand for the same thing, so that a student has at most one: those of a month, or
 // the final ones of a study year.
 struct Target
@@ -34,7 +32,7 @@ struct Target
     Period counted; // its part in the period asked for
 };
 
-struct GradeRow
+struct GradeMark
 {
     QDate date;
     int grade = 0;
@@ -42,8 +40,8 @@ struct GradeRow
 
 struct StudentGrades
 {
-    std::vector<GradeRow> current;
-    std::vector<GradeRow> results; // of the kind asked for
+    std::vector<GradeMark> current;
+    std::vector<GradeMark> results; // of the kind asked for
 };
 
 bool isFinal(const FinalsRequest& request)
@@ -93,7 +91,7 @@ std::map<StudentId, StudentGrades> readGrades(jet::Database& database, const Fin
                                + " and " + sql::date(data::toJet(days.to)) + " ORDER BY USP.DAT;");
     std::map<StudentId, StudentGrades> grades;
     while (rows.next()) {
-        const GradeRow row{data::toDate(rows.date(2)), static_cast<int>(rows.integer(1))};
+        const GradeMark row{data::toDate(rows.date(2)), static_cast<int>(rows.integer(1))};
         const bool final = rows.value(3).toBool(), current = rows.value(4).toBool();
         StudentGrades& student = grades[StudentId{static_cast<int>(rows.integer(0))}];
         if (current && !final && !rows.isNull(1))
@@ -109,20 +107,17 @@ PlannedGrade planned(const StudentGrades& grades, const Target& target)
     PlannedGrade row;
     row.month = target.month;
     row.date = target.counted.to;
-    int sum = 0;
-    for (const GradeRow& mark : grades.current)
-        if (target.counted.contains(mark.date) && mark.grade != kPass) {
-            sum += mark.grade;
-            ++row.marks;
+    for (const GradeMark& mark : grades.current)
+        if (target.counted.contains(mark.date) && mark.grade != kPassGrade) {
+            row.marks.sum += mark.grade;
+            ++row.marks.count;
         }
-    if (row.marks > 0 && sum > 0) {
-        row.average = static_cast<double>(sum) / row.marks;
-        row.becomes = roundedAverage(sum, row.marks);
-    }
+    if (row.marks.count > 0 && row.marks.sum > 0)
+        row.becomes = roundedAverage(row.marks.sum, row.marks.count);
     // Without a new grade only what lies in the period asked for goes; with one, every other
     // grade of the month or study year must go, or there would be two.
     const Period& replaced = row.becomes ? target.whole : target.counted;
-    for (const GradeRow& result : grades.results)
+    for (const GradeMark& result : grades.results)
         if (replaced.contains(result.date))
             row.now.push_back({result.date, result.grade});
     return row;
@@ -148,11 +143,6 @@ void store(jet::Database& database, const PlannedGrade& row, const FinalsRequest
         {"OC", *row.becomes},           {"DAT", data::toJet(row.date)},
         {"it", isFinal(request)},       {"TEK", false}};
     database.insert("USP", values);
-}
-
-QString gradeText(int grade)
-{
-    return grade == kPass ? u"Зачет"_s : QString::number(grade);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "journals/gradesheet.h"
 #include "journals/keys.h"
 #include "journals/studyperiod.h"
 
@@ -51,8 +52,7 @@ struct PlannedGrade
     std::vector<Stored> now;    // to be replaced; more than one only in a file gone wrong
     std::optional<int> becomes; // nothing: no marks to compute it from
     QDate date;                 // that it is stored with
-    double average = 0;         // of the marks; 0 without
-    int marks = 0;              // counted; passes are not
+    MarkSum marks;              // counted; passes are not
 };
 
 struct FinalsPlan

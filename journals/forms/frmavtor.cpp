@@ -54,9 +54,8 @@ QTreeWidgetItem* itemOf(const PlannedGrade& row)
     item->setText(MonthName, row.month.chosen() ? titleOf(row.month) : QString());
     item->setText(Now, row.now.empty() ? u"-"_s : nowText(row));
     item->setText(Becomes, row.becomes ? becomesText(row) : u"удаляется"_s);
-    if (row.marks > 0)
-        item->setText(Average, QLocale(QLocale::Russian).toString(row.average, 'f', 2));
-    item->setText(Marks, QString::number(row.marks));
+    item->setText(Average, row.marks.text());
+    item->setText(Marks, QString::number(row.marks.count));
     for (const Column column : {Now, Becomes, Average, Marks})
         item->setTextAlignment(column, Qt::AlignHCenter | Qt::AlignVCenter);
     if (nowText(row) != becomesText(row)) {

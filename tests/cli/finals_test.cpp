@@ -87,3 +87,43 @@ TEST_F(FinalsCommand, EachKindTakesItsDates)
     EXPECT_EQ(finals({"--kind", "final", "--from", "2025-11-01"}).status, 1); // ends before it
     EXPECT_EQ(finals({"--kind", "final", "--from", "1.11.2024"}).status, 1);
 }
+
+TEST_F(FinalsCommand, TheGradesJournalShowsThem)
+{
+    ASSERT_EQ(jurnalctl({"sql", file(),
+                         "INSERT INTO SPNAGR (IDG, IDD, IDGG, DATNN, DATKK) VALUES "
+                         "(1, 1, 0, #09/02/2024#, #11/20/2024#)"})
+                  .status,
+              0);
+    ASSERT_EQ(finals({"--kind", "year"}).status, 0);
+    ASSERT_EQ(finals({"--kind", "final"}).status, 0);
+    const auto grades = [this](std::vector<std::string> more) {
+        more.insert(more.begin(),
+                    {"grades", file(), "--group", "1", "--discipline", "1", "--mode"});
+        return jurnalctl(more);
+    };
+    const auto current = grades({"current", "--month", "11", "--year", "2024", "--json"}).json();
+    ASSERT_EQ(current["columns"].size(), 30U);
+    const auto passed = current["students"][0];
+    EXPECT_EQ(passed["id"], 2);
+    EXPECT_EQ(passed["name"], "Абаев Ян");
+    EXPECT_EQ(passed["cells"][4], "Зачет");
+    EXPECT_EQ(passed["cells"][20], "X"); // no longer taught
+    EXPECT_TRUE(passed["cells"][5].is_null());
+    EXPECT_EQ(current["students"][1]["cells"][4], 4);
+
+    const auto monthly = grades({"monthly", "--json"}).json();
+    ASSERT_EQ(monthly["columns"].size(), 10U); // September to June
+    EXPECT_EQ(monthly["columns"][1], "Октябрь 2024");
+    EXPECT_EQ(monthly["students"][1]["cells"][1], 5);
+    EXPECT_EQ(monthly["students"][1]["cells"][2], 4);
+    EXPECT_EQ(monthly["students"][1]["final"], 4);
+    EXPECT_TRUE(monthly["students"][0]["final"].is_null());
+    const auto final = grades({"final", "--json"}).json();
+    EXPECT_EQ(final["students"][1]["cells"], nlohmann::json::array({4}));
+    EXPECT_EQ(final["students"][1]["final"], 4);
+
+    EXPECT_NE(grades({"monthly"}).out.find("4,50"), std::string::npos); // the average
+    EXPECT_EQ(grades({"current"}).status, 2);
+    EXPECT_EQ(grades({"weekly"}).status, 2);
+}
