@@ -40,6 +40,8 @@ double peakMemory(const std::vector<std::string>& command)
     return static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
+} // namespace
+
 int report(const std::string& name, double measured, double limit, const char* unit)
 {
     const bool met = measured <= limit;
@@ -47,8 +49,6 @@ int report(const std::string& name, double measured, double limit, const char* u
                 met ? "" : "   MISSED");
     return met ? 0 : 1;
 }
-
-} // namespace
 
 int checkMemory(const std::filesystem::path& jurnalctl, const std::filesystem::path& journal)
 {
