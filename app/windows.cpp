@@ -1,6 +1,7 @@
 #include "app/windows.h"
 
 #include "journals/forms/frmhpos.h"
+#include "journals/forms/frmhusp.h"
 #include "shell/forms/frmmain.h"
 #include "shell/forms/windowregistry.h"
 
@@ -12,6 +13,8 @@ void offerWindows(shell::WindowRegistry& registry, const journals::JournalParts&
 {
     registry.offer(u"mnuposechaemost"_s,
                    [parts](QWidget* parent) { return new journals::frmHPos(parts, parent); });
+    registry.offer(u"mnuuspevaemost"_s,
+                   [parts](QWidget* parent) { return new journals::frmHUsp(parts, parent); });
 }
 
 void offerBooks(shell::WindowRegistry& registry, refbooks::BookListParts parts,

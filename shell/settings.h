@@ -24,6 +24,11 @@ enum class Setting {
     JournalYear,  // god1
     DayMode,      // keyDay: the journal shows days
     LessonMode,   // keyCal: the journal shows lessons
+    GradeMode,    // rejim: 0 current, 1 monthly, 2 final grades
+    GradeMonth,   // mes: 1 to 12, 0 = none yet
+    GradeYear,    // god
+    GradeGroup,   // group: its key, 0 = none yet
+    GradePeriod,  // period: the study year as "2022 - 2023"
     School,       // Shkola: 0 college wording, 1 school wording
     // section "User"
     AppClose, // 1 while a run is in progress

@@ -1,6 +1,7 @@
 #include "journals/forms/columnwidths.h"
 
 #include "journals/attendancemodel.h"
+#include "journals/grademodel.h"
 
 #include <QHeaderView>
 #include <QTableView>
@@ -84,6 +85,33 @@ ColumnWidths* attendanceWidths(QTableView& view, const AttendanceModel& model)
                             {u"№ п.п"_s, u"Константинопольский Александр"_s, u"На начало"_s,
                              u"Вс\n88"_s, u"12.12.2022"_s, u"за месяц,"_s, u"На конец"_s,
                              u"неуважительных,"_s},
+                            kindOf);
+}
+
+ColumnWidths* gradeWidths(QTableView& view, const GradeModel& model)
+{
+    enum Kind { Number, Name, Day, DayWithPass, Month, Final, Discipline, Average };
+    const auto kindOf = [&model](int column) -> int {
+        if (column < model.firstCellColumn())
+            return column;
+        if (column >= model.endCellColumn())
+            return Average;
+        const auto at = static_cast<std::size_t>(column - model.firstCellColumn());
+        const GradeSheet& sheet = *model.sheet();
+        if (sheet.selection.allDisciplines)
+            return Discipline;
+        const GradeKind kind = sheet.columns[at].kind;
+        if (kind != GradeKind::Current)
+            return kind == GradeKind::Monthly ? Month : Final;
+        const bool pass =
+            std::any_of(sheet.students.begin(), sheet.students.end(), [at](const auto& student) {
+                return student.cells[at].grade == kPassGrade;
+            });
+        return pass ? DayWithPass : Day; // a month of days that fit the word would be too wide
+    };
+    return new ColumnWidths(view,
+                            {u"№ п.п"_s, u"Константинопольский Александр"_s, u"5,00"_s, u"Зачет"_s,
+                             u"Сентябрь"_s, u"Зачет"_s, u"Программирование"_s, u"Средний"_s},
                             kindOf);
 }
 

@@ -12,6 +12,7 @@ class QTableView;
 namespace journals {
 
 class AttendanceModel;
+class GradeModel;
 
 // The column widths of a journal grid by kind of column, so that a width the user chose holds
 // in every month and for every group. Columns of one kind, such as days, share one width.
@@ -42,7 +43,8 @@ private:
     bool m_applying = false;
 };
 
-// For the grid of the attendance journal; a child of the view.
+// For the grids of the two journals; a child of the view.
 ColumnWidths* attendanceWidths(QTableView& view, const AttendanceModel& model);
+ColumnWidths* gradeWidths(QTableView& view, const GradeModel& model);
 
 } // namespace journals

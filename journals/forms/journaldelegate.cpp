@@ -17,6 +17,18 @@ QColor backgroundOf(const QModelIndex& index, const QPalette& palette)
     return palette.color(QPalette::Base);
 }
 
+// A filled corner.
+void paintUnsaved(QPainter& painter, const QRect& cell, const QColor& color)
+{
+    constexpr int kSize = 6;
+    const QPoint corner = cell.topRight();
+    const QPoint points[] = {corner, corner - QPoint(kSize, 0), corner + QPoint(0, kSize)};
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawPolygon(points, 3);
+    painter.setBrush(Qt::NoBrush);
+}
+
 } // namespace
 
 QColor JournalDelegate::textColor(AbsenceState state, const QPalette& palette,
@@ -48,11 +60,16 @@ void JournalDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
         constexpr int kMargin = 3;
         const auto state = static_cast<AbsenceState>(index.data(StateRole).toInt());
         const QRect room = option.rect.adjusted(kMargin, 0, -kMargin - 1, 0);
-        painter->setFont(stateFont(state, option.font));
+        QFont font = stateFont(state, option.font);
+        font.setBold(font.bold() || index.data(UnsavedRole).toBool());
+        painter->setFont(font);
         painter->setPen(textColor(state, palette, background, selected));
         painter->drawText(room, index.data(Qt::TextAlignmentRole).toInt(),
                           painter->fontMetrics().elidedText(text, Qt::ElideRight, room.width()));
     }
+    if (index.data(UnsavedRole).toBool())
+        paintUnsaved(*painter, option.rect,
+                     palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
     if (option.state.testFlag(QStyle::State_HasFocus)) {
         painter->setPen(palette.color(QPalette::Text));
         painter->drawRect(option.rect.adjusted(0, 0, -1, -1));

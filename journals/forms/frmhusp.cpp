@@ -1,0 +1,480 @@
+#include "journals/forms/frmhusp.h"
+
+#include "journals/counted.h"
+#include "journals/forms/captions.h"
+#include "journals/forms/columnwidths.h"
+#include "journals/forms/frmavtor.h"
+#include "journals/forms/gradekeys.h"
+#include "journals/forms/gridcells.h"
+#include "journals/forms/journaldelegate.h"
+#include "journals/forms/journalselectors.h"
+#include "journals/worded.h"
+#include "shell/forms/paletteicon.h"
+#include "shell/forms/runcommand.h"
+#include "shell/names.h"
+#include "shell/session.h"
+#include "shell/settings.h"
+#include "ui_frmhusp.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QSignalBlocker>
+
+#include <algorithm>
+#include <optional>
+
+// In the global namespace, as the macro wants; a static library's resources need the call.
+static void initJournalIcons()
+{
+    Q_INIT_RESOURCE(journalicons);
+}
+
+using namespace Qt::StringLiterals;
+using shell::JournalAction;
+using shell::Setting;
+
+namespace journals {
+namespace {
+
+const QString kWidths = u"frmHUsp/columns"_s;
+const QString kNotFilled = u"Таблица успеваемости не заполнена."_s;
+const QString kNotWritten = u"Оценка не записана."_s;
+
+} // namespace
+
+frmHUsp::frmHUsp(const JournalParts& parts, QWidget* parent)
+    : JournalActions(parent)
+    , m_parts(parts)
+    , ui(std::make_unique<Ui::frmHUsp>())
+    , m_book(parts.session.database(), parts.session.wording(), parts.prompt, parts.status)
+{
+    ui->setupUi(this);
+    m_model = new GradeModel(m_book, parts.session.wording(), this);
+    m_selectors = new JournalSelectors(
+        parts, {ui->cboGroup, ui->cboSubgroup, ui->cboDiscipline, ui->cboMonth, ui->spinYear},
+        u"ВСЕ ПРЕДМЕТЫ"_s, kNotFilled, this);
+    m_selectors->setDisciplineSource([this] { return m_book.disciplines(selection()); });
+    m_selectors->setFallback(JournalSelectors::Fallback::NoDiscipline);
+    applyWording();
+    setUpGrid();
+    setUpCommands();
+    fillPeriods();
+    loadSettings();
+    connect(&m_parts.session, &shell::Session::settingsChanged, this, &frmHUsp::fillPeriods);
+    m_selectors->start();
+    connect(m_selectors, &JournalSelectors::changed, this, &frmHUsp::selectionChanged);
+    connect(ui->cboMode, &QComboBox::currentIndexChanged, this, &frmHUsp::modeChanged);
+    connect(ui->cboPeriod, &QComboBox::currentIndexChanged, this, &frmHUsp::modeChanged);
+    showSelectors();
+    showSheet();
+    restoreGroup();
+    refreshCommands();
+    setFocusProxy(ui->cboGroup);
+}
+
+frmHUsp::~frmHUsp() = default;
+
+void frmHUsp::setUpGrid()
+{
+    ui->HF1->setFrozenColumns(GradeModel::kLeadColumns);
+    ui->HF1->setModel(m_model);
+    ui->HF1->setDelegate(new JournalDelegate(this));
+    ui->HF1->installEventFilter(this);
+    m_widths = gradeWidths(*ui->HF1, *m_model);
+    connect(m_model, &GradeModel::dataChanged, m_widths, &ColumnWidths::apply);
+    connect(ui->HF1, &QTableView::doubleClicked, this, &frmHUsp::chooseGrade);
+    const QItemSelectionModel* chosen = ui->HF1->selectionModel();
+    connect(chosen, &QItemSelectionModel::currentChanged, this, &frmHUsp::refreshCommands);
+    connect(chosen, &QItemSelectionModel::selectionChanged, this, &frmHUsp::refreshCommands);
+}
+
+void frmHUsp::setUpCommands()
+{
+    initJournalIcons();
+    for (QAction* command : ui->Toolbar1->actions())
+        if (!command->isSeparator())
+            command->setIcon(shell::paletteIcon(command->objectName()));
+    ui->keyIns->setIcon(shell::paletteIcon(u"keyGrade"_s));
+    connect(ui->keyIns, &QAction::triggered, this, &frmHUsp::chooseGrade);
+    connect(ui->keyDel, &QAction::triggered, this, [this] { setGrade(kNoGrade); });
+    connect(ui->keySave, &QAction::triggered, this, &frmHUsp::save);
+    connect(ui->keyAvtoR, &QAction::triggered, this, &frmHUsp::computeGrades);
+    connect(ui->keyRefresh, &QAction::triggered, this, &frmHUsp::refresh);
+    offerInMenu(*ui->HF1, *ui->keyIns, u"Поставить &оценку...\tF2"_s);
+    offerInMenu(*ui->HF1, *ui->keyDel, u"У&далить оценку\tDelete"_s);
+    offerInMenu(*ui->HF1, *ui->keySave, u"&Сохранить\tCtrl+S"_s);
+    auto* copy = new QAction(u"&Копировать\tCtrl+C"_s, ui->HF1);
+    connect(copy, &QAction::triggered, this, [this] { copyCells(*ui->HF1); });
+    ui->HF1->addAction(copy);
+    offerInMenu(*ui->HF1, *ui->keyRefresh, u"О&бновить\tF3"_s);
+}
+
+void frmHUsp::applyWording()
+{
+    wordCaptions({ui->lblGroup, ui->lblSubgroup, ui->lblDiscipline, ui->lblMode, ui->lblMonth,
+                  ui->lblYear, ui->lblPeriod},
+                 m_parts.session.wording());
+}
+
+void frmHUsp::fillPeriods()
+{
+    const QSignalBlocker quiet(ui->cboPeriod);
+    const int kept = std::max(0, ui->cboPeriod->currentIndex());
+    m_years = studyYears(studyPeriod(m_parts.session.settings()));
+    ui->cboPeriod->clear();
+    for (const StudyYear& year : m_years)
+        ui->cboPeriod->addItem(year.label);
+    ui->cboPeriod->setCurrentIndex(kept);
+}
+
+void frmHUsp::loadSettings()
+{
+    const shell::Settings& settings = m_parts.settings;
+    m_selectors->setMonth(settings.number(Setting::GradeMonth),
+                          settings.number(Setting::GradeYear));
+    const int mode = settings.number(Setting::GradeMode);
+    ui->cboMode->setCurrentIndex(mode >= 0 && mode < ui->cboMode->count() ? mode : 0);
+    ui->cboPeriod->setCurrentIndex(
+        std::max(0, ui->cboPeriod->findText(settings.text(Setting::GradePeriod))));
+    m_widths->restore(settings.remembered(kWidths));
+}
+
+void frmHUsp::restoreGroup()
+{
+    const int group = m_parts.settings.number(Setting::GradeGroup);
+    if (group != 0)
+        ui->cboGroup->setCurrentIndex(ui->cboGroup->findData(group));
+}
+
+void frmHUsp::saveSettings()
+{
+    shell::Settings& settings = m_parts.settings;
+    settings.setNumber(Setting::GradeMonth, ui->cboMonth->currentIndex() + 1);
+    settings.setNumber(Setting::GradeYear, ui->spinYear->value());
+    settings.setNumber(Setting::GradeMode, ui->cboMode->currentIndex());
+    settings.setNumber(Setting::GradeGroup, ui->cboGroup->currentData().toInt());
+    settings.setText(Setting::GradePeriod, ui->cboPeriod->currentText());
+    settings.remember(kWidths, m_widths->save());
+}
+
+void frmHUsp::closeEvent(QCloseEvent* event)
+{
+    if (!mayLeave()) {
+        event->ignore();
+        return;
+    }
+    saveSettings();
+    JournalActions::closeEvent(event);
+}
+
+GradeSelection frmHUsp::selection() const
+{
+    const JournalSelectors::Chosen chosen = m_selectors->chosen();
+    const auto year = static_cast<std::size_t>(std::max(0, ui->cboPeriod->currentIndex()));
+    return {chosen.group,
+            chosen.subgroup,
+            chosen.allDisciplines,
+            chosen.discipline,
+            chosen.month,
+            m_years.at(year).days,
+            static_cast<GradeMode>(ui->cboMode->currentIndex())};
+}
+
+void frmHUsp::modeChanged()
+{
+    if (mayLeave()) {
+        showSelectors();
+        m_selectors->refreshDisciplines();
+    } else {
+        restoreSelection();
+    }
+}
+
+void frmHUsp::selectionChanged()
+{
+    if (mayLeave())
+        refill();
+    else
+        restoreSelection();
+}
+
+// Only what the grid depends on: a month or a study year.
+void frmHUsp::showSelectors()
+{
+    const bool month = selection().byMonth();
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{ui->lblMonth, ui->cboMonth, ui->lblYear, ui->spinYear})
+        widget->setVisible(month);
+    ui->lblPeriod->setVisible(!month);
+    ui->cboPeriod->setVisible(!month);
+}
+
+// Back to what the grid shows.
+void frmHUsp::restoreSelection()
+{
+    const GradeSheet* sheet = m_model->sheet();
+    if (!sheet)
+        return;
+    const GradeSelection& shown = sheet->selection;
+    const QSignalBlocker quietMode(ui->cboMode), quietPeriod(ui->cboPeriod);
+    ui->cboMode->setCurrentIndex(static_cast<int>(shown.mode));
+    const auto year = std::find_if(m_years.begin(), m_years.end(),
+                                   [&](const StudyYear& each) { return each.days == shown.year; });
+    if (year != m_years.end())
+        ui->cboPeriod->setCurrentIndex(static_cast<int>(year - m_years.begin()));
+    m_selectors->restore(
+        {shown.group, shown.subgroup, shown.allDisciplines, shown.discipline, shown.month});
+    showSelectors();
+}
+
+// False when unsaved grades are to stay; they are not when saving fails.
+bool frmHUsp::mayLeave()
+{
+    bool may = false;
+    shell::runCommand(m_parts.prompt, kNotWritten, [&] { may = m_model->mayLeave(); });
+    refreshCommands();
+    return may;
+}
+
+void frmHUsp::refresh()
+{
+    if (mayLeave())
+        refill();
+}
+
+void frmHUsp::refill()
+{
+    const GradeSelection wanted = selection();
+    const bool sameGrid = m_model->sheet() && m_model->sheet()->selection.group == wanted.group
+                          && m_model->sheet()->selection.mode == wanted.mode;
+    const QModelIndex place = sameGrid ? ui->HF1->currentIndex() : QModelIndex();
+    const int row = place.row(), column = place.column();
+    if (!shell::runCommand(m_parts.prompt, kNotFilled, [&] { m_model->load(wanted); }))
+        m_model->clear();
+    if (m_model->sheet()) { // of all disciplines there are no current grades
+        const QSignalBlocker quiet(ui->cboMode);
+        ui->cboMode->setCurrentIndex(static_cast<int>(m_model->sheet()->selection.mode));
+    }
+    showSelectors();
+    showSheet();
+    goTo(row, column);
+    refreshCommands();
+}
+
+void frmHUsp::showSheet()
+{
+    const GradeSheet* sheet = m_model->sheet();
+    m_widths->apply();
+    ui->HF1->setDataArea(m_model->firstCellColumn(), m_model->endCellColumn(),
+                         sheet ? static_cast<int>(sheet->students.size()) : 0);
+    QStringList notices;
+    if (sheet)
+        notices << sheet->finalsText();
+    if (m_book.readOnly())
+        notices << u"Файл открыт только для чтения."_s;
+    notices.removeAll(QString());
+    ui->lblNotice->setText(notices.join(u". "_s));
+    ui->lblNotice->setVisible(!notices.isEmpty());
+}
+
+// The cell where the cursor was, else the first student's first open one.
+void frmHUsp::goTo(int row, int column)
+{
+    const GradeSheet* sheet = m_model->sheet();
+    if (!sheet || sheet->students.empty() || sheet->columns.empty())
+        return;
+    if (row < 0) {
+        const auto first = std::find_if(sheet->columns.begin(), sheet->columns.end(),
+                                        [](const auto& each) { return each.inForce; });
+        row = 0;
+        column = GradeModel::kLeadColumns;
+        if (first != sheet->columns.end())
+            column += static_cast<int>(first - sheet->columns.begin());
+    }
+    select(m_model->index(std::min(row, m_model->rowCount() - 1),
+                          std::min(column, m_model->columnCount() - 1)));
+}
+
+// Whatever modifier keys are held, as Ctrl is after Ctrl+Z.
+void frmHUsp::select(const QModelIndex& cell)
+{
+    ui->HF1->selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect);
+}
+
+void frmHUsp::setGrade(int grade)
+{
+    if (!m_model->sheet()) {
+        refill(); // which says what is missing
+        return;
+    }
+    const QModelIndexList cells = chosenCells(*ui->HF1);
+    int held = 0;
+    shell::runCommand(m_parts.prompt, kNotWritten, [&] { held = m_model->set(grade, cells); });
+    const QModelIndex below = ui->HF1->currentIndex().siblingAtRow(cells.value(0).row() + 1);
+    if (held > 0 && cells.size() == 1 && m_model->offers(below))
+        select(below);
+    refreshCommands();
+}
+
+void frmHUsp::chooseGrade()
+{
+    const QModelIndex cell = ui->HF1->currentIndex();
+    if (!m_model->offers(cell)) {
+        setGrade(kNoGrade); // which says why not
+        return;
+    }
+    auto* menu = new QMenu(ui->HF1);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setObjectName(u"grades"_s);
+    menu->setAccessibleName(u"Оценка"_s);
+    const auto offer = [&](const QString& text, int grade) {
+        menu->addAction(text, this, [this, grade] { setGrade(grade); });
+    };
+    for (const int grade : {5, 4, 3, 2, kPassGrade}) // NOLINT(readability-magic-numbers)
+        offer(u'&' + shell::gradeName(grade), grade);
+    menu->addSeparator();
+    offer(u"&Удалить оценку"_s, kNoGrade);
+    menu->popup(ui->HF1->viewport()->mapToGlobal(ui->HF1->visualRect(cell).bottomLeft()));
+}
+
+void frmHUsp::save()
+{
+    shell::runCommand(m_parts.prompt, kNotWritten, [this] { m_model->save(); });
+    refreshCommands();
+}
+
+void frmHUsp::step(bool back)
+{
+    const int row = ui->HF1->currentIndex().row(), column = ui->HF1->currentIndex().column();
+    shell::runCommand(m_parts.prompt, kNotWritten,
+                      [&] { back ? m_model->undo() : m_model->redo(); });
+    showSheet();
+    goTo(row, column);
+    refreshCommands();
+}
+
+void frmHUsp::computeGrades()
+{
+    if (!mayLeave())
+        return;
+    shell::runCommand(m_parts.prompt, kNotWritten, [this] {
+        const GradeSelection shown = selection();
+        FrmAvtoR dialog(m_parts.session, m_parts.prompt, m_parts.status, m_book.history(),
+                        shown.group, shown.discipline, shown.month, this);
+        dialog.exec();
+    });
+    refill();
+}
+
+bool frmHUsp::available(JournalAction action) const
+{
+    switch (action) {
+    case JournalAction::SetGrade:
+        return ui->keyIns->isEnabled();
+    case JournalAction::RemoveGrade:
+        return ui->keyDel->isEnabled();
+    case JournalAction::Undo:
+        return !m_book.undoText().isEmpty();
+    case JournalAction::Redo:
+        return !m_book.redoText().isEmpty();
+    case JournalAction::Refresh:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QString frmHUsp::caption(JournalAction action) const
+{
+    if (action == JournalAction::Undo && available(action))
+        return u"Отменить: "_s + m_book.undoText();
+    if (action == JournalAction::Redo && available(action))
+        return u"Повторить: "_s + m_book.redoText();
+    return {};
+}
+
+void frmHUsp::run(JournalAction action)
+{
+    switch (action) {
+    case JournalAction::SetGrade:
+        chooseGrade();
+        break;
+    case JournalAction::RemoveGrade:
+        setGrade(kNoGrade);
+        break;
+    case JournalAction::Undo:
+    case JournalAction::Redo:
+        step(action == JournalAction::Undo);
+        break;
+    case JournalAction::Refresh:
+        refresh();
+        break;
+    default:
+        break;
+    }
+}
+
+void frmHUsp::refreshCommands()
+{
+    const GradeSheet* sheet = m_model->sheet();
+    const bool changeable = sheet && sheet->selection.discipline && !m_book.readOnly()
+                            && !chosenCells(*ui->HF1).isEmpty();
+    ui->keyIns->setEnabled(changeable);
+    ui->keyDel->setEnabled(changeable);
+    ui->keyAvtoR->setEnabled(!m_book.readOnly());
+    const int unsaved = m_book.unsaved();
+    ui->keySave->setEnabled(unsaved > 0);
+    ui->lblUnsaved->setVisible(unsaved > 0);
+    ui->lblUnsaved->setText(u"Не сохранено: "_s
+                            + counted(unsaved, u"оценка"_s, u"оценки"_s, u"оценок"_s) + u'.');
+    setWindowModified(unsaved > 0);
+    emit availabilityChanged();
+}
+
+bool frmHUsp::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == ui->HF1 && event->type() == QEvent::KeyPress
+        && gesture(*static_cast<const QKeyEvent*>(event)))
+        return true;
+    return JournalActions::eventFilter(watched, event);
+}
+
+bool frmHUsp::gesture(const QKeyEvent& key)
+{
+    const auto meaning = gradeKey(key);
+    if (!meaning)
+        return false;
+    if (key.isAutoRepeat()) // a key held down would fill the column
+        return true;
+    switch (meaning->kind) {
+    case GradeKey::Set:
+    case GradeKey::Remove:
+        setGrade(meaning->grade);
+        break;
+    case GradeKey::Choose:
+        chooseGrade();
+        break;
+    case GradeKey::Save:
+        save();
+        break;
+    case GradeKey::Undo:
+    case GradeKey::Redo:
+        step(meaning->kind == GradeKey::Undo);
+        break;
+    case GradeKey::Copy:
+        copyCells(*ui->HF1);
+        break;
+    }
+    return true;
+}
+
+void frmHUsp::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_F3 || event->key() == Qt::Key_F5)
+        refresh();
+    else
+        JournalActions::keyPressEvent(event);
+}
+
+} // namespace journals
