@@ -13,12 +13,14 @@ ALLOWED = {
     "data": ["data", "jet"],
     "sheets": ["sheets", "data", "jet"],
     "shell": ["shell", "data", "jet"],
+    "papers": ["papers", "sheets", "data", "jet"],
     "demo": ["demo", "data", "jet"],
-    **{folder: [folder, "sheets", "shell", "data", "jet"] for folder in LOGIC},
-    "cli": ["cli", "demo", *LOGIC, "shell", "data", "jet"],
+    **{folder: [folder, "papers", "sheets", "shell", "data", "jet"] for folder in LOGIC},
+    "cli": ["cli", "demo", *LOGIC, "papers", "shell", "data", "jet"],
     "app": ["app", "demo", "shell/forms", *[f"{f}/forms" for f in LOGIC], *LOGIC, "shell", "data", "jet"],
     "shell/forms": ["shell/forms", "shell", "data", "jet"],
-    **{f"{folder}/forms": [f"{folder}/forms", folder, "shell/forms", "sheets", "shell", "data", "jet"] for folder in LOGIC},
+    "papers/forms": ["papers/forms", "papers", "shell/forms", "shell", "data", "jet"],
+    **{f"{folder}/forms": [f"{folder}/forms", folder, "papers/forms", "papers", "shell/forms", "sheets", "shell", "data", "jet"] for folder in LOGIC},
 }
 WIDGETS = re.compile(r"#include <Q(Widget|Dialog|MainWindow|MessageBox|TableView|Application|Mdi\w+)>")
 SQL = re.compile(r"\b(SELECT|DELETE|UPDATE|INSERT)\s+(\*|[A-Z]|INTO)")

@@ -1,11 +1,9 @@
 #pragma once
 
 #include "sheets/table.h"
+#include "sheets/wholefile.h"
 
 namespace sheets {
-
-// What becomes of a file that is there already.
-enum class Existing { Keep, Replace };
 
 // Writes the table as a workbook or, when the name ends in ".csv", as text separated by
 // semicolons. The file is there whole or not at all; an earlier one is kept unless the caller

@@ -1,10 +1,9 @@
 #include "data/convert.h"
 #include "jet/error.h"
 #include "sheets/formats.h"
+#include "sheets/xlsxbook.h"
 
 #include <QDate>
-#include <QFile>
-#include <QRegularExpression>
 
 #include <xlsxwriter.h>
 
@@ -21,39 +20,8 @@ namespace {
 
 constexpr int kMostRows = 1'048'575; // below the heads
 constexpr int kMostColumns = 16'384;
-constexpr qsizetype kLongestText = 32'767;
-constexpr qsizetype kLongestName = 31;          // of a sheet
 constexpr int kLeastWidth = 6, kMostWidth = 60; // characters
-constexpr std::uint8_t kPaperA4 = 9;
-const QDate kFirstDay(1900, 1, 1); // earlier ones stay texts
-
-void check(lxw_error error)
-{
-    if (error != LXW_NO_ERROR)
-        throw jet::Error(jet::Fault::Io,
-                         std::string("книгу нельзя записать: ") + lxw_strerror(error));
-}
-
-// What the format allows within a text.
-std::string cellText(QString text)
-{
-    static const QRegularExpression kControls(u"[\\x{0}-\\x{8}\\x{B}\\x{C}\\x{E}-\\x{1F}]"_s);
-    text.remove(kControls);
-    return data::toUtf8(text.left(kLongestText));
-}
-
-std::string sheetName(const QString& title)
-{
-    QString name = title;
-    for (const QChar refused : u"[]:*?/\\"_s)
-        name.replace(refused, u'-');
-    name = name.left(kLongestName).trimmed();
-    while (name.startsWith(u'\''))
-        name.remove(0, 1);
-    while (name.endsWith(u'\''))
-        name.chop(1);
-    return name.isEmpty() ? "Лист1" : cellText(name);
-}
+const QDate kFirstDay(1900, 1, 1);              // earlier ones stay texts
 
 // A number as the engine or the user's own country writes it.
 std::optional<double> numberOf(QString text)
@@ -98,10 +66,7 @@ private:
         worksheet_fit_to_pages(&m_sheet, 1, 0);
         worksheet_freeze_panes(&m_sheet, 1, 0);
         check(worksheet_repeat_rows(&m_sheet, 0, 0));
-        constexpr qsizetype kLongestHeader = 200;
-        QString title = m_table.title.left(kLongestHeader);
-        title.replace(u"&"_s, u"&&"_s);
-        check(worksheet_set_header(&m_sheet, ("&C" + cellText(title)).c_str()));
+        check(worksheet_set_header(&m_sheet, ("&C" + headerText(m_table.title)).c_str()));
         check(worksheet_set_footer(&m_sheet, "&C&P / &N"));
     }
 
@@ -181,20 +146,7 @@ void writeXlsx(const QString& path, const Table& table)
     if (table.rows > kMostRows || table.columns.size() > kMostColumns)
         throw jet::Error(jet::Fault::Limit,
                          "в листе книги бывает не больше 1 048 576 строк и 16 384 граф");
-    lxw_workbook_options options{};
-    options.constant_memory = LXW_TRUE; // rows go out as they come
-    const std::string file = QFile::encodeName(path).toStdString();
-    lxw_workbook* book = workbook_new_opt(file.c_str(), &options);
-    if (!book)
-        throw jet::Error(jet::Fault::Io, "книгу нельзя создать");
-    // Closing writes the file and frees the book, whatever became of the rows.
-    lxw_error closed = LXW_NO_ERROR;
-    {
-        const auto close = [&closed](lxw_workbook* open) { closed = workbook_close(open); };
-        const std::unique_ptr<lxw_workbook, decltype(close)> guard(book, close);
-        Sheet(*book, table).write();
-    }
-    check(closed);
+    writeBook(path, true, [&](lxw_workbook& book) { Sheet(book, table).write(); });
 }
 
 } // namespace sheets

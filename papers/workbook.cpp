@@ -1,0 +1,371 @@
+#include "papers/workbook.h"
+
+#include "data/convert.h"
+#include "sheets/xlsxbook.h"
+
+#include <algorithm>
+#include <map>
+#include <numeric>
+#include <set>
+#include <string>
+#include <tuple>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace papers {
+namespace {
+
+using sheets::cellText;
+using sheets::check;
+
+constexpr double kMmPerInch = 25.4;
+constexpr lxw_color_t kShade = 0xE4E4E4;
+constexpr lxw_color_t kUnexcused = 0xB00000;
+constexpr lxw_color_t kExcused = 0x0030A0;
+constexpr double kTablePoints = 9, kTextPoints = 10, kTitlePoints = 12;
+
+double inches(double mm)
+{
+    return mm / kMmPerInch;
+}
+
+// The formats of a workbook, each made once.
+class Formats
+{
+public:
+    explicit Formats(lxw_workbook& book)
+        : m_book(book)
+    {}
+
+    lxw_format* of(const Cell& cell, bool hidesZero)
+    {
+        const Key key{static_cast<int>(cell.align),
+                      static_cast<int>(cell.ink),
+                      cell.decimals,
+                      cell.bold,
+                      cell.shaded,
+                      cell.rotated,
+                      hidesZero};
+        lxw_format*& format = m_cells[key];
+        if (!format)
+            format = make(cell, hidesZero);
+        return format;
+    }
+    // Of a line outside the table.
+    lxw_format* line(double points, bool bold, lxw_format_alignments align)
+    {
+        lxw_format*& format = m_lines[{points, bold, static_cast<int>(align)}];
+        if (!format) {
+            format = plain(points);
+            if (bold)
+                format_set_bold(format);
+            format_set_align(format, static_cast<std::uint8_t>(align));
+        }
+        return format;
+    }
+    lxw_format* wrappedLine()
+    {
+        if (!m_wrapped) {
+            m_wrapped = plain(kTablePoints);
+            format_set_text_wrap(m_wrapped);
+            format_set_align(m_wrapped, LXW_ALIGN_VERTICAL_TOP);
+        }
+        return m_wrapped;
+    }
+
+private:
+    using Key = std::tuple<int, int, int, bool, bool, bool, bool>;
+
+    lxw_format* plain(double points)
+    {
+        lxw_format* format = workbook_add_format(&m_book);
+        format_set_font_name(format, "Times New Roman");
+        format_set_font_size(format, points);
+        return format;
+    }
+    lxw_format* make(const Cell& cell, bool hidesZero)
+    {
+        static constexpr lxw_format_alignments kAligns[] = {LXW_ALIGN_LEFT, LXW_ALIGN_CENTER,
+                                                            LXW_ALIGN_RIGHT};
+        lxw_format* format = plain(kTablePoints);
+        format_set_border(format, LXW_BORDER_THIN);
+        format_set_align(format, static_cast<std::uint8_t>(kAligns[static_cast<int>(cell.align)]));
+        format_set_align(format, LXW_ALIGN_VERTICAL_CENTER);
+        format_set_text_wrap(format);
+        if (cell.bold || cell.ink == Ink::Unexcused)
+            format_set_bold(format);
+        if (cell.ink == Ink::Unexcused)
+            format_set_font_color(format, kUnexcused);
+        if (cell.ink == Ink::Excused) {
+            format_set_font_color(format, kExcused);
+            format_set_italic(format);
+        }
+        if (cell.shaded)
+            format_set_bg_color(format, kShade);
+        constexpr std::int16_t kUpwards = 90;
+        if (cell.rotated)
+            format_set_rotation(format, kUpwards);
+        std::string digits = "0";
+        if (cell.decimals > 0)
+            digits += '.' + std::string(static_cast<std::size_t>(cell.decimals), '0');
+        format_set_num_format(format, hidesZero ? "0;-0;;@" : digits.c_str());
+        return format;
+    }
+
+    lxw_workbook& m_book;
+    std::map<Key, lxw_format*> m_cells;
+    std::map<std::tuple<double, bool, int>, lxw_format*> m_lines;
+    lxw_format* m_wrapped = nullptr;
+};
+
+// Writes one paper on a sheet from a row on.
+class PaperSheet
+{
+public:
+    PaperSheet(lxw_worksheet& sheet, Formats& formats, const Paper& paper, int top)
+        : m_sheet(sheet)
+        , m_formats(formats)
+        , m_paper(paper)
+        , m_top(top)
+    {}
+
+    // Gives the row below the last.
+    int write()
+    {
+        writeFrame();
+        const int body = m_top + kFirstBodyRow - 1;
+        writeRows(m_paper.head, headRow());
+        setHeadHeights();
+        writeRows(m_paper.body, body);
+        return writeNotes(body + static_cast<int>(m_paper.body.size()));
+    }
+    int headRow() const
+    {
+        return m_top + kFirstBodyRow - 1 - static_cast<int>(m_paper.head.size());
+    }
+
+private:
+    static lxw_row_t row(int number) { return static_cast<lxw_row_t>(number); }
+    static lxw_col_t column(int number) { return static_cast<lxw_col_t>(number); }
+    int lastColumn() const { return static_cast<int>(m_paper.widths.size()) - 1; }
+
+    void merge(int line, int from, int to, const QString& text, lxw_format* format)
+    {
+        if (from < to)
+            check(worksheet_merge_range(&m_sheet, row(line), column(from), row(line), column(to),
+                                        cellText(text).c_str(), format));
+        else
+            check(worksheet_write_string(&m_sheet, row(line), column(from), cellText(text).c_str(),
+                                         format));
+    }
+
+    // The column from which on the approval block stands.
+    int approvalColumn() const
+    {
+        const double wanted =
+            0.62 * std::accumulate(m_paper.widths.begin(), m_paper.widths.end(), 0.0);
+        double passed = 0;
+        int at = 0;
+        while (at < lastColumn() && passed < wanted)
+            passed += m_paper.widths[static_cast<std::size_t>(at++)];
+        return at;
+    }
+
+    void writeFrame()
+    {
+        lxw_format* left = m_formats.line(kTextPoints, false, LXW_ALIGN_LEFT);
+        const int split = m_paper.approval.isEmpty() ? lastColumn() + 1 : approvalColumn();
+        int line = m_top;
+        for (const QString& text : m_paper.institution)
+            merge(line++, 0, std::max(0, split - 1), text, left);
+        line = m_top;
+        for (const QString& text : m_paper.approval)
+            merge(line++, split, lastColumn(), text, left);
+        const int title = headRow() - (m_paper.subtitle.isEmpty() ? 1 : 2);
+        merge(title, 0, lastColumn(), m_paper.title,
+              m_formats.line(kTitlePoints, true, LXW_ALIGN_CENTER));
+        if (!m_paper.subtitle.isEmpty())
+            merge(title + 1, 0, lastColumn(), m_paper.subtitle,
+                  m_formats.line(kTextPoints, false, LXW_ALIGN_CENTER));
+    }
+
+    void writeRows(const std::vector<Row>& rows, int from)
+    {
+        for (const PlacedCell& place : placed(rows))
+            writeCell(*place.cell, from + place.row, place.column);
+    }
+
+    void writeCell(const Cell& cell, int line, int at)
+    {
+        const auto* number = std::get_if<double>(&cell.value);
+        const bool isEmpty = std::holds_alternative<std::monostate>(cell.value);
+        lxw_format* format = m_formats.of(cell, isEmpty && !cell.formula.isEmpty());
+        if (cell.columns > 1 || cell.rows > 1)
+            check(worksheet_merge_range(&m_sheet, row(line), column(at), row(line + cell.rows - 1),
+                                        column(at + cell.columns - 1), "", format));
+        if (!cell.formula.isEmpty())
+            check(worksheet_write_formula_num(&m_sheet, row(line), column(at),
+                                              data::toUtf8(u'=' + cell.formula).c_str(), format,
+                                              number ? *number : 0));
+        else if (number)
+            check(worksheet_write_number(&m_sheet, row(line), column(at), *number, format));
+        else if (isEmpty)
+            check(worksheet_write_blank(&m_sheet, row(line), column(at), format));
+        else
+            check(worksheet_write_string(&m_sheet, row(line), column(at),
+                                         cellText(shownText(cell)).c_str(), format));
+    }
+
+    // Spreadsheet programs do not fit rows to rotated texts by themselves.
+    void setHeadHeights()
+    {
+        constexpr double kPointsPerLetter = 5.2, kLeast = 28, kMost = 130;
+        for (const PlacedCell& place : placed(m_paper.head)) {
+            double& height = m_headHeights[headRow() + place.row + place.cell->rows - 1];
+            const double needed =
+                place.cell->rotated
+                    ? kPointsPerLetter * static_cast<double>(shownText(*place.cell).size()) + 8
+                    : (m_paper.head.size() > 1 ? kLeast / 2 : kLeast);
+            height = std::clamp(std::max(height, needed), 0.0, kMost);
+        }
+        for (const auto& [line, height] : m_headHeights)
+            check(worksheet_set_row(&m_sheet, row(line), height, nullptr));
+    }
+
+    int writeNotes(int line)
+    {
+        for (const QString& note : m_paper.notes)
+            writeNote(line++, note);
+        ++line;
+        const int middle = std::max(1, (lastColumn() + 1) / 2);
+        for (std::size_t i = 0; i < m_paper.signatures.size(); ++i) {
+            const Signature& signature = m_paper.signatures[i];
+            const QString name =
+                signature.name.isEmpty() ? u"__________________"_s : signature.name;
+            const bool isLeft = i % 2 == 0;
+            merge(line, isLeft ? 0 : middle, isLeft ? middle - 1 : lastColumn(),
+                  u"%1 ______________ /%2/"_s.arg(signature.post, name),
+                  m_formats.line(kTextPoints, false, LXW_ALIGN_LEFT));
+            if (!isLeft)
+                line += 2;
+        }
+        return line + static_cast<int>(m_paper.signatures.size() % 2);
+    }
+
+    // A merged cell does not grow with its text.
+    void writeNote(int line, const QString& note)
+    {
+        constexpr double kMmPerLetter = 1.65, kPointsPerLine = 12.5;
+        const double across = std::accumulate(m_paper.widths.begin(), m_paper.widths.end(), 0.0);
+        const auto lines =
+            1 + static_cast<int>(static_cast<double>(note.size()) * kMmPerLetter / across);
+        merge(line, 0, lastColumn(), note, m_formats.wrappedLine());
+        check(worksheet_set_row(&m_sheet, row(line), lines * kPointsPerLine, nullptr));
+    }
+
+    lxw_worksheet& m_sheet;
+    Formats& m_formats;
+    const Paper& m_paper;
+    int m_top;
+    std::map<int, double> m_headHeights; // points, by row
+};
+
+void setUpPage(lxw_worksheet& sheet, const Paper& paper)
+{
+    if (paper.landscape)
+        worksheet_set_landscape(&sheet);
+    worksheet_set_paper(&sheet, sheets::kPaperA4);
+    worksheet_fit_to_pages(&sheet, 1, 0);
+    worksheet_set_margins(&sheet, inches(20), inches(10), inches(10), inches(14));
+    check(worksheet_set_footer(&sheet, "&L&8Отпечатано &D&R&8Лист &P из &N"));
+    for (std::size_t i = 0; i < paper.widths.size(); ++i) {
+        const auto column = static_cast<lxw_col_t>(i);
+        const double letters = std::max(1.5, paper.widths[i] * 0.54 - 0.7);
+        check(worksheet_set_column(&sheet, column, column, letters, nullptr));
+    }
+}
+
+// Excel takes two names that differ only in case for the same.
+std::string freeName(const Paper& paper, std::set<QString>& used)
+{
+    QString name = QString::fromStdString(sheets::sheetName(paper.name));
+    for (int copy = 2; !used.insert(name.toLower()).second; ++copy) {
+        const QString suffix = u" (%1)"_s.arg(copy);
+        name = name.left(31 - suffix.size()) + suffix;
+    }
+    return data::toUtf8(name);
+}
+
+class PaperBook
+{
+public:
+    explicit PaperBook(lxw_workbook& book)
+        : m_book(book)
+        , m_formats(book)
+    {}
+
+    void add(const Paper& paper)
+    {
+        if (!m_below || !paper.half || paper.name != m_below->name)
+            beginSheet(paper);
+        else if (++m_onSheet % 2 == 0)
+            m_breaks.push_back(static_cast<lxw_row_t>(m_line));
+        PaperSheet part(*m_sheet, m_formats, paper, m_line);
+        m_line = part.write() + 1;
+        if (!paper.half) {
+            worksheet_freeze_panes(m_sheet, kFirstBodyRow - 1,
+                                   static_cast<lxw_col_t>(paper.leadColumns));
+            check(worksheet_repeat_rows(m_sheet, static_cast<lxw_row_t>(part.headRow()),
+                                        kFirstBodyRow - 2));
+        }
+        m_below = &paper;
+    }
+    void finish()
+    {
+        if (m_breaks.empty())
+            return;
+        m_breaks.push_back(0); // ends the list
+        check(worksheet_set_h_pagebreaks(m_sheet, m_breaks.data()));
+        m_breaks.clear();
+    }
+
+private:
+    void beginSheet(const Paper& paper)
+    {
+        finish();
+        m_sheet = workbook_add_worksheet(&m_book, freeName(paper, m_names).c_str());
+        setUpPage(*m_sheet, paper);
+        m_line = 0;
+        m_onSheet = 0;
+    }
+
+    lxw_workbook& m_book;
+    Formats m_formats;
+    std::set<QString> m_names;
+    lxw_worksheet* m_sheet = nullptr;
+    const Paper* m_below = nullptr; // the one written last
+    int m_line = 0;
+    int m_onSheet = 0;
+    std::vector<lxw_row_t> m_breaks;
+};
+
+} // namespace
+
+void writeWorkbook(const Document& document, const QString& path, sheets::Existing existing)
+{
+    sheets::writeWhole(path, existing, [&](const QString& draft) {
+        sheets::writeBook(draft, false, [&](lxw_workbook& book) {
+            lxw_doc_properties properties{};
+            const std::string title = cellText(document.name);
+            properties.title = const_cast<char*>(title.c_str()); // the library copies it
+            check(workbook_set_properties(&book, &properties));
+            PaperBook papers(book);
+            for (const Paper& paper : document.papers)
+                papers.add(paper);
+            papers.finish();
+        });
+    });
+}
+
+} // namespace papers

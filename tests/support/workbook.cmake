@@ -1,0 +1,5 @@
+find_library(LIBZIP_LIBRARY zip REQUIRED)
+find_path(LIBZIP_INCLUDE zip.h REQUIRED)
+add_library(test_workbook STATIC ${CMAKE_CURRENT_LIST_DIR}/workbook.cpp)
+target_include_directories(test_workbook SYSTEM PRIVATE ${LIBZIP_INCLUDE})
+target_link_libraries(test_workbook PUBLIC Qt6::Core PRIVATE project_options ${LIBZIP_LIBRARY})
