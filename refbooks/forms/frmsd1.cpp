@@ -69,6 +69,10 @@ frmSD1::frmSD1(std::unique_ptr<BookRecord> record, shell::Session& session, shel
     column->addWidget(m_area);
     m_problem->setObjectName(u"lblProblem"_s);
     m_problem->setWordWrap(true);
+    m_problem->setMinimumHeight(fontMetrics().lineSpacing());
+    QSizePolicy keepsPlace = m_problem->sizePolicy();
+    keepsPlace.setRetainSizeWhenHidden(true); // the fields do not move under the hand
+    m_problem->setSizePolicy(keepsPlace);
     column->addWidget(m_problem);
     setUpButtons();
     showRecord();

@@ -30,14 +30,12 @@ void limitWidth(QWidget& line, int letters)
     line.setMaximumWidth(letter * (letters + kMargin));
 }
 
-void selectAll(QWidget& control)
+// The line in which the control's text is typed, null when it has none.
+QLineEdit* lineOf(QWidget* control)
 {
-    if (auto* box = qobject_cast<QComboBox*>(&control); box && box->lineEdit())
-        box->lineEdit()->selectAll();
-    else if (auto* line = qobject_cast<QLineEdit*>(&control))
-        line->selectAll();
-    else if (auto* note = qobject_cast<QPlainTextEdit*>(&control))
-        note->selectAll();
+    if (auto* box = qobject_cast<QComboBox*>(control))
+        return box->lineEdit();
+    return qobject_cast<QLineEdit*>(control);
 }
 
 // A sign within the line and its reason; an empty reason takes them away.
@@ -76,8 +74,8 @@ RecordControls::RecordControls(BookRecord& record, QDate today, QWidget* parent)
         const bool required = info(field).requirement != Requirement::Optional;
         const QString spoken = info(field).name() + (required ? u", обязательное поле"_s : u""_s);
         widget->setAccessibleName(spoken);
-        if (const auto* box = qobject_cast<QComboBox*>(widget); box && box->lineEdit())
-            box->lineEdit()->setAccessibleName(spoken);
+        if (QLineEdit* line = lineOf(widget))
+            line->setAccessibleName(spoken);
         m_widgets.push_back(widget);
     }
 }
@@ -227,10 +225,7 @@ void RecordControls::setProblem(int field, const QString& problem)
     m_problems[static_cast<std::size_t>(field)] = problem;
     if (!problem.isEmpty())
         return; // still being typed
-    QWidget* widget = m_widgets[static_cast<std::size_t>(field)];
-    if (auto* box = qobject_cast<QComboBox*>(widget); box && box->lineEdit())
-        mark(*box->lineEdit(), {});
-    else if (auto* line = qobject_cast<QLineEdit*>(widget))
+    if (QLineEdit* line = lineOf(m_widgets[static_cast<std::size_t>(field)]))
         mark(*line, {});
     emit problemsShown();
 }
@@ -260,7 +255,10 @@ void RecordControls::select(int field)
 {
     QWidget& widget = *m_widgets[static_cast<std::size_t>(field)];
     widget.setFocus();
-    selectAll(widget);
+    if (QLineEdit* line = lineOf(&widget))
+        line->selectAll();
+    else if (auto* note = qobject_cast<QPlainTextEdit*>(&widget))
+        note->selectAll();
 }
 
 } // namespace refbooks
