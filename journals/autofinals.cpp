@@ -24,7 +24,7 @@ namespace journals {
 namespace {
 
 // Grades that stand for the same thing, so that a student has at most one: those of a month, or
-// the final ones of a study year.
+// the final ones of a period.
 struct Target
 {
     Month month; // not chosen: final
@@ -49,21 +49,10 @@ bool isFinal(const FinalsRequest& request)
     return request.kind == FinalsKind::Final;
 }
 
-bool overlap(const Period& left, const Period& right)
+std::vector<Target> targetsOf(const FinalsRequest& request, const Period& period)
 {
-    return left.valid() && right.valid() && left.from <= right.to && right.from <= left.to;
-}
-
-std::vector<Target> targetsOf(const FinalsRequest& request, const Period& period,
-                              const Period& year)
-{
-    if (isFinal(request)) {
-        const bool together = overlap(period, year);
-        return {{Month(),
-                 {together ? std::min(period.from, year.from) : period.from,
-                  together ? std::max(period.to, year.to) : period.to},
-                 period}};
-    }
+    if (isFinal(request)) // a half year may have final grades of its own
+        return {{Month(), period, period}};
     std::vector<Target> targets;
     for (const Month month : monthsOf(period))
         targets.push_back({month,
@@ -115,7 +104,7 @@ PlannedGrade planned(const StudentGrades& grades, const Target& target)
     if (row.marks.count > 0 && row.marks.sum > 0)
         row.becomes = roundedAverage(row.marks.sum, row.marks.count);
     // Without a new grade only what lies in the period asked for goes; with one, every other
-    // grade of the month or study year must go, or there would be two.
+    // grade of the month must go, or there would be two.
     const Period& replaced = row.becomes ? target.whole : target.counted;
     for (const GradeMark& result : grades.results)
         if (replaced.contains(result.date))
@@ -231,7 +220,7 @@ std::optional<FinalsPlan> AutoFinals::plan(const FinalsRequest& request) const
     if (!complete(request))
         return std::nullopt;
     FinalsPlan plan{request, period(request), {}};
-    const auto targets = targetsOf(request, plan.period, studyPeriod(m_session.settings()));
+    const auto targets = targetsOf(request, plan.period);
     auto grades = readGrades(m_session.database(), request, spanOf(targets));
     for (const Student& student : readStudents(m_session.database(), request.group.value(), {}))
         for (const Target& target : targets) {
@@ -258,8 +247,7 @@ bool AutoFinals::carryOut(const FinalsPlan& plan, std::span<const std::size_t> r
     if (!m_session.beforeMassAction(u"автоматическим расчетом итогов"_s))
         return false;
 
-    const Period days =
-        spanOf(targetsOf(plan.request, plan.period, studyPeriod(m_session.settings())));
+    const Period days = spanOf(targetsOf(plan.request, plan.period));
     std::vector<RowScope> scopes;
     for (const std::size_t row : rows)
         if (scopes.empty() || scopes.back().student != plan.rows.at(row).student)

@@ -258,7 +258,7 @@ void FrmAvtoR::ticksChanged()
     ui->cmdCount->setDefault(rows.empty());
     ui->lblSummary->setText(!m_plan ? u"Нажмите \"Рассчитать\", чтобы увидеть, что изменится."_s
                             : all == 0 ? u"За выбранный период текущих оценок нет."_s
-                                       : u"Отмечено строк: %1 из %2. "_s.arg(rows.size()).arg(all)
+                                       : u"Отмечено строк: %1 из %2; "_s.arg(rows.size()).arg(all)
                                              + outcomeText(outcomeOf(*m_plan, rows)) + u'.');
 }
 

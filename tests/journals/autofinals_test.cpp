@@ -227,8 +227,12 @@ TEST_F(AutoFinalsTest, ResultsAreReplacedOnlyWhenAskedAndTicked)
     expected.sort();
     EXPECT_EQ(SmallJournal::grades(session.database()), expected);
 
-    request.kind = FinalsKind::Final; // a result within the period goes without a new one
-    request.period = year;
+    request.kind = FinalsKind::Final;
+    request.period = {year.from, {2024, 12, 31}}; // a half year leaves the other's results
+    EXPECT_TRUE(writeAll(planned()));
+    EXPECT_EQ(SmallJournal::grades(session.database()).filter(u"12.2024 5 и"_s).size(), 2);
+    EXPECT_EQ(SmallJournal::grades(session.database()).filter(u"01.06.2025 2 и"_s).size(), 4);
+    request.period = year; // a result within the period goes without a new one
     prompt.expect(Box::Question, kReplaceQuestion, shell::Answer::Yes);
     EXPECT_TRUE(writeAll(planned()));
     QStringList finalGrades = stored().filter(u" и"_s);

@@ -96,13 +96,15 @@ TEST_F(AutoFinalsDialog, ComputesUnticksAndWritesByKeysAlone)
 {
     open();
     EXPECT_EQ(withoutAccessibleName(*dialog), "");
+    EXPECT_EQ(named<QLabel>("lblResults")->text(),
+              u"Рез&ультаты (пробел ставит и снимает отметку):"_s);
     EXPECT_EQ(dialog->windowTitle(), u"Параметры авторасчета"_s);
     EXPECT_FALSE(named<QPushButton>("cmdWrite")->isEnabled());
     press(Qt::Key_Return); // counts; the final grade is chosen from the start
     EXPECT_EQ(rows(), (QStringList{u"+Иванов Иван Иванович|5|4|4,50|2"_s,
                                    u"+Петров Пётр Петрович|-|4|4,50|2"_s}));
     EXPECT_EQ(named<QLabel>("lblSummary")->text(),
-              u"Отмечено строк: 2 из 2. новых 1, изменено 1, без изменений 0, удалено 0."_s);
+              u"Отмечено строк: 2 из 2; новых 1, изменено 1, без изменений 0, удалено 0."_s);
     EXPECT_EQ(results().size(), 1); // nothing is written yet
 
     press(Qt::Key_Space); // leaves the first student as he is: no question
