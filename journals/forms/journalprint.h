@@ -1,0 +1,19 @@
+#pragma once
+
+#include "journals/journalpaper.h"
+
+#include <QString>
+
+class QAbstractItemModel;
+class QWidget;
+
+namespace journals {
+
+struct JournalParts;
+
+// Shows the preview of the journal as its grid stands, from which it is printed. The page setup
+// is kept for each `kind` of journal: "attendance", "grades". May throw jet::Error.
+void printJournal(const QAbstractItemModel& model, const QString& kind,
+                  const JournalHeading& heading, const JournalParts& parts, QWidget* parent);
+
+} // namespace journals

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "papers/paper.h"
+
+#include <QString>
+#include <QStringList>
+
+class QAbstractItemModel;
+
+namespace data {
+struct SettingsRow;
+}
+
+namespace journals {
+
+// What a printed journal says above and below its table.
+struct JournalHeading
+{
+    QString title;
+    QStringList about; // group, discipline, month
+    QStringList notes; // what the signs mean
+};
+
+// The journal as its grid shows it, ready to be signed: number and student first, then a column
+// per day or lesson, days off shaded, unexcused hours bold and excused ones in italics. Reads
+// the model by its roles (gridroles.h), so that it serves every journal.
+papers::Paper journalPaper(const QAbstractItemModel& model, const JournalHeading& heading,
+                           const data::SettingsRow& settings);
+
+} // namespace journals
