@@ -4,21 +4,47 @@
 
 namespace journals {
 
+namespace {
+
+// The letters by their place on the keyboard in both layouts.
+std::optional<AbsenceKey> controlKey(const QKeyEvent& key)
+{
+    constexpr int kCyrillicEs = 0x0421, kCyrillicYa = 0x042F, kCyrillicEn = 0x041D;
+    const bool shift = key.modifiers().testFlag(Qt::ShiftModifier);
+    switch (key.key()) {
+    case Qt::Key_C:
+    case kCyrillicEs:
+        return AbsenceKey::Copy;
+    case Qt::Key_Z:
+    case kCyrillicYa:
+        return shift ? AbsenceKey::Redo : AbsenceKey::Undo;
+    case Qt::Key_Y:
+    case kCyrillicEn:
+        return AbsenceKey::Redo;
+    case Qt::Key_Space:
+        return AbsenceKey::MarkColumn;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
 std::optional<AbsenceKey> absenceKey(const QKeyEvent& key)
 {
-    constexpr int kCyrillicEs = 0x0421; // the key of C in the Russian layout
-    const bool control = key.modifiers().testFlag(Qt::ControlModifier);
-    if (control && (key.key() == Qt::Key_C || key.key() == kCyrillicEs))
-        return AbsenceKey::Copy;
-    if (control || key.modifiers().testFlag(Qt::AltModifier))
+    if (key.modifiers().testFlag(Qt::AltModifier))
         return std::nullopt;
+    if (key.modifiers().testFlag(Qt::ControlModifier))
+        return controlKey(key);
     switch (key.key()) {
     case Qt::Key_Space:
-        return AbsenceKey::Mark;
+        return key.modifiers().testFlag(Qt::ShiftModifier) ? AbsenceKey::MarkDay : AbsenceKey::Mark;
     case Qt::Key_Delete:
         return AbsenceKey::Remove;
     case Qt::Key_F2:
         return AbsenceKey::Enter;
+    case Qt::Key_F4:
+        return AbsenceKey::Period;
     default:
         break;
     }

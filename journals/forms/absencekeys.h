@@ -7,7 +7,19 @@ class QKeyEvent;
 namespace journals {
 
 // What a key means in the grid of the attendance journal.
-enum class AbsenceKey { Mark, MarkOrUnexcuse, Excuse, Remove, Enter, Copy };
+enum class AbsenceKey {
+    Mark,
+    MarkOrUnexcuse,
+    Excuse,
+    Remove,
+    Enter, // the hours in their dialog
+    Period,
+    MarkColumn,
+    MarkDay,
+    Undo,
+    Redo,
+    Copy,
+};
 
 // Letters count by their place on the keyboard, in the Russian and the Latin layout alike.
 // Nothing for any other key.

@@ -1,11 +1,12 @@
 #include "journals/forms/frmhpos.h"
 
 #include "journals/forms/absencekeys.h"
+#include "journals/forms/attendancecommands.h"
 #include "journals/forms/captions.h"
 #include "journals/forms/columnwidths.h"
 #include "journals/forms/journaldelegate.h"
+#include "journals/forms/journalprint.h"
 #include "journals/forms/journalselectors.h"
-#include "journals/forms/tableclip.h"
 #include "journals/worded.h"
 #include "shell/forms/paletteicon.h"
 #include "shell/forms/runcommand.h"
@@ -15,9 +16,7 @@
 #include "shell/statusline.h"
 #include "ui_frmhpos.h"
 
-#include <QClipboard>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 
 #include <algorithm>
@@ -91,6 +90,10 @@ void frmHPos::setUpGrid()
     ui->HF1->installEventFilter(this);
     m_widths = attendanceWidths(*ui->HF1, *m_model);
     connect(ui->HF1, &QTableView::doubleClicked, this, [this] { act(AbsenceAction::Mark); });
+    m_commands = new AttendanceCommands(m_parts, *ui->HF1, *m_model, this);
+    m_attendance.recordIn(m_commands->history());
+    connect(m_commands, &AttendanceCommands::written, this, &frmHPos::refill);
+    connect(m_commands, &AttendanceCommands::historyMoved, this, &frmHPos::refreshCommands);
     const QItemSelectionModel* chosen = ui->HF1->selectionModel();
     connect(chosen, &QItemSelectionModel::currentChanged, this, &frmHPos::refreshCommands);
     connect(chosen, &QItemSelectionModel::selectionChanged, this, &frmHPos::refreshCommands);
@@ -109,27 +112,19 @@ void frmHPos::setUpCommands()
     connect(ui->nuv, &QAction::triggered, this, [this] { act(AbsenceAction::MakeUnexcused); });
     connect(ui->keyDel, &QAction::triggered, this, [this] { act(AbsenceAction::Remove); });
     connect(ui->keyRefresh, &QAction::triggered, this, &frmHPos::refill);
-    ui->keyEntry->setEnabled(false);
+    connect(ui->keyEntry, &QAction::triggered, m_commands, &AttendanceCommands::enterHours);
+    connect(ui->keyPer, &QAction::triggered, m_commands, &AttendanceCommands::enterPeriod);
 
     // The context menu names the keys; they are handled in gesture(), so that a letter typed
     // into a selector is never a command.
-    const auto offer = [this](QAction* command, const QString& text) {
-        auto* item = new QAction(text, ui->HF1);
-        connect(item, &QAction::triggered, command, &QAction::trigger);
-        connect(command, &QAction::changed, item,
-                [item, command] { item->setEnabled(command->isEnabled()); });
-        item->setEnabled(command->isEnabled());
-        ui->HF1->addAction(item);
-    };
-    offer(ui->keyIns, u"Поставить &пропуск\tПробел, Н"_s);
-    offer(ui->uv, u"Сделать &уважительным\tУ"_s);
-    offer(ui->nuv, u"Сделать &неуважительным\tН"_s);
-    offer(ui->keyDel, u"У&далить пропуск\tDelete"_s);
-    offer(ui->keyEntry, u"&Ввод часов...\tF2"_s);
-    auto* copy = new QAction(u"&Копировать\tCtrl+C"_s, ui->HF1);
-    connect(copy, &QAction::triggered, this, &frmHPos::copySelection);
-    ui->HF1->addAction(copy);
-    offer(ui->keyRefresh, u"&Обновить\tF3"_s);
+    m_commands->offer(ui->keyIns, u"Поставить &пропуск\tПробел, Н"_s);
+    m_commands->offer(ui->uv, u"Сделать &уважительным\tУ"_s);
+    m_commands->offer(ui->nuv, u"Сделать &неуважительным\tН"_s);
+    m_commands->offer(ui->keyDel, u"У&далить пропуск\tDelete"_s);
+    m_commands->offer(ui->keyEntry, u"&Ввод часов...\tF2"_s);
+    m_commands->offer(ui->keyPer, u"Пропуск на п&ериод...\tF4"_s);
+    m_commands->offerInMenus();
+    m_commands->offer(ui->keyRefresh, u"&Обновить\tF3"_s);
 }
 
 void frmHPos::applyWording()
@@ -270,22 +265,14 @@ void frmHPos::wantMode(AttendanceMode mode)
     m_attendance.announceMode(mode);
 }
 
-QModelIndexList frmHPos::actionCells() const
-{
-    const QModelIndex current = ui->HF1->currentIndex();
-    QModelIndexList selected = ui->HF1->selectionModel()->selectedIndexes();
-    if (selected.contains(current))
-        return selected;
-    return current.isValid() ? QModelIndexList{current} : QModelIndexList();
-}
-
 void frmHPos::act(AbsenceAction action)
 {
     if (!m_model->sheet()) {
         refill(); // which says what is missing
         return;
     }
-    shell::runCommand(m_parts.prompt, kNotWritten, [&] { m_model->apply(action, actionCells()); });
+    shell::runCommand(m_parts.prompt, kNotWritten,
+                      [&] { m_model->apply(action, m_commands->chosenCells()); });
     refreshCommands();
 }
 
@@ -300,30 +287,54 @@ bool frmHPos::available(JournalAction action) const
         return ui->nuv->isEnabled();
     case JournalAction::Delete:
         return ui->keyDel->isEnabled();
+    case JournalAction::Undo:
+    case JournalAction::Redo:
+        return !caption(action).isEmpty();
     case JournalAction::Refresh:
         return true;
+    case JournalAction::Print:
+        return m_model->sheet();
     default:
         return false;
     }
+}
+
+QString frmHPos::caption(JournalAction action) const
+{
+    return action == JournalAction::Undo   ? m_commands->undoCaption()
+           : action == JournalAction::Redo ? m_commands->redoCaption()
+                                           : QString();
 }
 
 void frmHPos::run(JournalAction action)
 {
     if (const auto absence = absenceAction(action))
         act(*absence);
+    else if (action == JournalAction::Undo)
+        m_commands->undo();
+    else if (action == JournalAction::Redo)
+        m_commands->redo();
     else if (action == JournalAction::Refresh)
         refill();
+    else if (action == JournalAction::Print && m_model->sheet())
+        printJournal(*m_model, u"attendance"_s,
+                     attendanceHeading(m_model->sheet()->selection,
+                     {ui->cboGroup->currentText(), ui->cboDiscipline->currentText()},
+                     m_parts.session.wording()),
+                     m_parts, this);
 }
 
 void frmHPos::refreshCommands()
 {
-    const QModelIndexList cells = actionCells();
+    const QModelIndexList cells = m_commands->chosenCells();
     const auto offered = [&](AbsenceAction action) {
         return std::any_of(cells.begin(), cells.end(),
                            [&](const QModelIndex& cell) { return m_model->offers(action, cell); });
     };
     ui->keyIns->setEnabled(!cells.isEmpty());
     ui->keyDel->setEnabled(!cells.isEmpty());
+    ui->keyEntry->setEnabled(m_commands->hasCell());
+    ui->keyPer->setEnabled(m_commands->hasStudent());
     ui->uv->setEnabled(offered(AbsenceAction::MakeExcused));
     ui->nuv->setEnabled(offered(AbsenceAction::MakeUnexcused));
     emit availabilityChanged();
@@ -361,20 +372,28 @@ bool frmHPos::gesture(const QKeyEvent& key)
         act(AbsenceAction::Remove);
         break;
     case AbsenceKey::Enter:
-        m_parts.status.show(u"Ввод пропущенных часов пока недоступен."_s);
+        m_commands->enterHours();
+        break;
+    case AbsenceKey::Period:
+        m_commands->enterPeriod();
+        break;
+    case AbsenceKey::MarkColumn:
+        m_commands->markColumn(ui->HF1->currentIndex().column());
+        break;
+    case AbsenceKey::MarkDay:
+        m_commands->markDays();
+        break;
+    case AbsenceKey::Undo:
+        m_commands->undo();
+        break;
+    case AbsenceKey::Redo:
+        m_commands->redo();
         break;
     case AbsenceKey::Copy:
-        copySelection();
+        m_commands->copy();
         break;
     }
     return true;
-}
-
-void frmHPos::copySelection()
-{
-    const QModelIndexList cells = actionCells();
-    if (!cells.isEmpty())
-        QGuiApplication::clipboard()->setText(tableText(cells));
 }
 
 void frmHPos::keyPressEvent(QKeyEvent* event)

@@ -10,6 +10,7 @@
 
 namespace journals {
 
+class AttendanceCommands;
 class ColumnWidths;
 class JournalSelectors;
 
@@ -32,6 +33,7 @@ public:
     void choose(GroupId group, std::optional<int> subgroup, DisciplineId discipline);
 
     bool available(shell::JournalAction action) const override;
+    QString caption(shell::JournalAction action) const override;
     void run(shell::JournalAction action) override;
 
 protected:
@@ -53,17 +55,16 @@ private:
     void wantMode(AttendanceMode mode);
     void act(AbsenceAction action);
     bool gesture(const QKeyEvent& key);
-    void copySelection();
     void refreshCommands();
 
     AttendanceSelection selection() const;
-    QModelIndexList actionCells() const;
 
     JournalParts m_parts;
     std::unique_ptr<Ui::frmHPos> ui;
     Attendance m_attendance;
     JournalSelectors* m_selectors = nullptr;
     AttendanceModel* m_model = nullptr; // a child, so that it outlives the grid
+    AttendanceCommands* m_commands = nullptr;
     ColumnWidths* m_widths = nullptr;
     AttendanceMode m_mode = AttendanceMode::Days;
 };

@@ -1,25 +1,9 @@
-#include "journals/attendance.h"
-#include "journals/forms/frmhpos.h"
-#include "shell/session.h"
-#include "shell/settings.h"
-#include "tests/support/scriptedprompt.h"
-#include "tests/support/smalljournal.h"
+#include "tests/journals_forms/attendancewindow.h"
 
-#include <gtest/gtest.h>
-
-#include <QAction>
 #include <QClipboard>
-#include <QComboBox>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QSpinBox>
-#include <QTableView>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QToolBar>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace journals;
@@ -27,101 +11,6 @@ using shell::JournalAction;
 using shell::Setting;
 
 namespace {
-
-constexpr int kFirstDay = kLeadColumns;
-constexpr int kTwelfth = kFirstDay + 11;
-
-// Two students of one group; mathematics and physics are taught in November 2022, with
-// mathematics on the 12th and the 14th; lessons of two hours, by the timetable.
-class AttendanceWindow : public testing::Test
-{
-protected:
-    AttendanceWindow()
-        : settings(folder.filePath(u"settings.ini"_s))
-    {
-        groupKey = file.group("ИС-21");
-        mathsKey = file.discipline("Математика");
-        physicsKey = file.discipline("Физика");
-        ivanov = file.student(groupKey, "Иванов", "Иван", "Иванович");
-        petrov = file.student(groupKey, "Петров", "Пётр", "Петрович", 1);
-        file.lesson(groupKey, mathsKey, day, 3);
-        file.lesson(groupKey, mathsKey, day.addDays(2), 1);
-        file.lesson(groupKey, physicsKey, day.addDays(2), 2);
-        file.options(true, 2);
-        settings.setNumber(Setting::JournalMonth, 11);
-        settings.setNumber(Setting::JournalYear, 2022);
-    }
-
-    void open(shell::Wording wording = shell::Wording())
-    {
-        if (!session) {
-            session = std::make_unique<shell::Session>(wording);
-            session->openJournal(file.release());
-        }
-        window = std::make_unique<frmHPos>(JournalParts{*session, settings, prompt, status});
-        window->resize(1000, 600);
-        window->show();
-        grid = window->findChild<QTableView*>(u"HF1"_s);
-    }
-    // Opens the window on the group and the discipline, with the cell of the 12th current.
-    void openOn(const QString& discipline = u"Математика"_s)
-    {
-        open();
-        pick(u"cboGroup"_s, u"ИС-21"_s);
-        pick(u"cboDiscipline"_s, discipline);
-        select(0, kTwelfth);
-    }
-    template <class Widget>
-    Widget* named(const QString& name) const
-    {
-        return window->findChild<Widget*>(name);
-    }
-    void pick(const QString& box, const QString& entry)
-    {
-        auto* combo = named<QComboBox>(box);
-        const int index = combo->findText(entry);
-        ASSERT_GE(index, 0) << entry.toStdString();
-        combo->setCurrentIndex(index);
-    }
-    void select(int row, int column) { grid->setCurrentIndex(grid->model()->index(row, column)); }
-    QString cell(int row, int column) const
-    {
-        return grid->model()->index(row, column).data().toString();
-    }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
-    {
-        QTest::keyClick(grid, key, modifiers);
-    }
-    // A letter as the Russian or the Latin layout gives it.
-    void typeLetter(QChar letter)
-    {
-        QKeyEvent event(QEvent::KeyPress, letter.toUpper().unicode(), Qt::NoModifier,
-                        QString(letter));
-        QCoreApplication::sendEvent(grid, &event);
-    }
-    void clickTool(const QString& key)
-    {
-        auto* action = named<QAction>(key);
-        ASSERT_TRUE(action) << key.toStdString();
-        QTest::mouseClick(named<QToolBar>(u"Toolbar1"_s)->widgetForAction(action), Qt::LeftButton);
-    }
-    QStringList recorded() { return SmallJournal::absences(session->database()); }
-    QString line(int student, int lesson, const QString& hours) const
-    {
-        return u"%1 %2 12.11.2022 %3 %4"_s.arg(student).arg(mathsKey).arg(lesson).arg(hours);
-    }
-
-    const QDate day{2022, 11, 12};
-    QTemporaryDir folder;
-    SmallJournal file;
-    shell::Settings settings;
-    ScriptedPrompt prompt;
-    RecordingStatusLine status;
-    std::unique_ptr<shell::Session> session;
-    std::unique_ptr<frmHPos> window;
-    QTableView* grid = nullptr;
-    int groupKey = 0, mathsKey = 0, physicsKey = 0, ivanov = 0, petrov = 0;
-};
 
 TEST_F(AttendanceWindow, BeginsWithPromptsInEmptySelectors)
 {
@@ -430,15 +319,6 @@ TEST_F(AttendanceWindow, EveryControlHasANameAndNoCaptionSharesAKey)
             EXPECT_TRUE(command->isSeparator() || !command->text().isEmpty());
         EXPECT_FALSE(grid->accessibleName().isEmpty());
     }
-}
-
-TEST_F(AttendanceWindow, LeavesTheAbsenceEntryVisibleButDisabled)
-{
-    openOn();
-    EXPECT_FALSE(named<QAction>(u"keyEntry"_s)->isEnabled());
-    press(Qt::Key_F2);
-    EXPECT_EQ(status.last(), u"Ввод пропущенных часов пока недоступен.");
-    EXPECT_EQ(recorded(), QStringList());
 }
 
 } // namespace
