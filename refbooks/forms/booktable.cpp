@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyleOptionHeader>
 #include <QStyledItemDelegate>
 
 #include <algorithm>
@@ -23,6 +24,50 @@ QColor gridLine(const QPalette& palette)
     return QColor::fromRgbF(mix(base.redF(), text.redF()), mix(base.greenF(), text.greenF()),
                             mix(base.blueF(), text.blueF()));
 }
+
+// A long heading on two lines of about the same length.
+QString onTwoLines(QString text)
+{
+    constexpr qsizetype kLong = 15;
+    if (text.size() < kLong)
+        return text;
+    const qsizetype middle = text.size() / 2;
+    const qsizetype before = text.lastIndexOf(u' ', middle), after = text.indexOf(u' ', middle);
+    const bool takesAfter = before < 0 || (after >= 0 && after - middle < middle - before);
+    if (const qsizetype at = takesAfter ? after : before; at >= 0)
+        text[at] = u'\n';
+    return text;
+}
+
+class BookHeader final : public QHeaderView
+{
+public:
+    explicit BookHeader(QWidget* parent)
+        : QHeaderView(Qt::Horizontal, parent)
+    {
+        setSectionsClickable(true);
+        setHighlightSections(false);
+        setSortIndicatorClearable(true); // a third click: the query's order
+        setSortIndicator(-1, Qt::AscendingOrder);
+    }
+
+protected:
+    void initStyleOptionForIndex(QStyleOptionHeader* option, int section) const override
+    {
+        QHeaderView::initStyleOptionForIndex(option, section);
+        option->text = onTwoLines(option->text);
+    }
+    // The base would ask the style for the width of the whole heading.
+    QSize sectionSizeFromContents(int section) const override
+    {
+        QStyleOptionHeaderV2 option;
+        initStyleOption(&option);
+        option.section = section;
+        option.text = onTwoLines(model()->headerData(section, Qt::Horizontal).toString());
+        option.sortIndicator = QStyleOptionHeader::SortDown; // keeps room for it
+        return style()->sizeFromContents(QStyle::CT_HeaderSection, &option, {}, this);
+    }
+};
 
 class CellDelegate final : public QStyledItemDelegate
 {
@@ -58,9 +103,7 @@ BookTable::BookTable(QWidget* parent)
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     constexpr int kRoom = 6; // above and below the text together
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRoom);
-    horizontalHeader()->setHighlightSections(false);
-    horizontalHeader()->setSortIndicatorClearable(true); // a third click: the query's order
-    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    setHorizontalHeader(new BookHeader(this));
 }
 
 void BookTable::setModel(QAbstractItemModel* model)
@@ -105,8 +148,7 @@ std::vector<int> BookTable::selectedRowNumbers() const
         for (int row = range.top(); row <= range.bottom(); ++row)
             rows.push_back(row);
     std::ranges::sort(rows);
-    const auto repeated = std::ranges::unique(rows);
-    rows.erase(repeated.begin(), repeated.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
 }
 

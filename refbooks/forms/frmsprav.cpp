@@ -82,7 +82,6 @@ frmSPRAV::frmSPRAV(Book book, const BookListParts& parts, QWidget* parent)
     m_filter.restore(parts.settings, parts.session.database());
     listen();
     refill();
-    ui->lvList->goToRow(0);
     setFocusProxy(ui->lvList);
 }
 
@@ -119,6 +118,9 @@ void frmSPRAV::setUpCommands()
                    &frmSPRAV::copyRows);
     addListCommand(u"actCopyHeads"_s, u"Копировать строки с заголовками"_s, u"Ctrl+Shift+C"_s,
                    &frmSPRAV::copyRowsWithHeads);
+    // The button that shows what finds no room has a picture and no text.
+    if (auto* more = ui->Toolbar1->findChild<QWidget*>(u"qt_toolbar_ext_button"_s))
+        more->setAccessibleName(u"Показать остальное"_s);
     auto* find = new QAction(this);
     find->setShortcut(QKeySequence::Find);
     find->setShortcutContext(Qt::WidgetWithChildrenShortcut);
@@ -289,7 +291,7 @@ void frmSPRAV::refill(std::optional<std::int64_t> key)
 void frmSPRAV::goToKey(std::optional<std::int64_t> key, int otherwise)
 {
     const auto row = key ? m_model->list().rowOfKey(*key) : std::nullopt;
-    ui->lvList->goToRow(row.value_or(std::min(otherwise, m_model->rowCount() - 1)));
+    ui->lvList->goToRow(row.value_or(std::min(std::max(otherwise, 0), m_model->rowCount() - 1)));
 }
 
 void frmSPRAV::showCount()
