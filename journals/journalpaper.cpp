@@ -5,11 +5,14 @@
 #include "journals/gradesheet.h"
 #include "journals/gridroles.h"
 #include "journals/students.h"
+#include "journals/worded.h"
 #include "papers/frame.h"
 
 #include <QAbstractItemModel>
+#include <QLocale>
 
 #include <algorithm>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +24,7 @@ constexpr int kNumberColumn = 0, kNameColumn = 1;
 // Millimetres. The table of a month with 31 days fills an A4 page on its side.
 constexpr double kNumberWidth = 7, kNameWidth = 46, kDayWidth = 5.2, kSumWidth = 11;
 constexpr double kWidestCell = 14, kPageWidth = 267;
+constexpr qsizetype kLongestLine = 13;        // of a heading that reads upwards
 constexpr qsizetype kLongestLevelHeading = 3; // letters of a line; longer ones read upwards
 
 QString heading(const QAbstractItemModel& model, int column)
@@ -54,15 +58,28 @@ papers::Ink inkOf(const QModelIndex& index)
     }
 }
 
+// Broken where the lines are about alike, so that the head stays low.
+QString inTwoLines(QString text)
+{
+    qsizetype best = -1;
+    const auto unlike = [&](qsizetype at) { return std::abs(2 * at + 1 - text.size()); };
+    for (qsizetype at = text.indexOf(u' '); at >= 0; at = text.indexOf(u' ', at + 1))
+        if (best < 0 || unlike(at) < unlike(best))
+            best = at;
+    if (best >= 0 && !text.contains(u'\n') && text.size() > kLongestLine)
+        text[best] = u'\n';
+    return text;
+}
+
 papers::Cell headCell(const QAbstractItemModel& model, int column)
 {
-    QString text = heading(model, column);
+    // The word in full would make the head higher than the names below it need.
+    QString text = heading(model, column).replace(u"неуважительных"_s, u"неуваж."_s);
     const QStringList lines = text.split(u'\n');
     const bool level = std::ranges::all_of(
         lines, [](const QString& line) { return line.size() <= kLongestLevelHeading; });
-    papers::Cell cell = column == kNameColumn || level
-                            ? papers::heading(text)
-                            : papers::rotatedHeading(text.replace(u'\n', u' '));
+    papers::Cell cell = column == kNameColumn || level ? papers::heading(text)
+                                                       : papers::rotatedHeading(inTwoLines(text));
     cell.shaded = model.headerData(column, Qt::Horizontal, DayOffRole).toBool();
     return cell;
 }
@@ -102,7 +119,43 @@ std::vector<double> widths(const QAbstractItemModel& model)
     return result;
 }
 
+QString monthText(Month month)
+{
+    return QLocale(QLocale::Russian).standaloneMonthName(month.month).toLower() + u' '
+           + QString::number(month.year) + u" г."_s;
+}
+
+QStringList whose(const JournalNames& names, std::optional<int> subgroup,
+                  const shell::Wording& wording)
+{
+    QStringList about{worded(wording, u"Группа"_s) + u' ' + names.group};
+    if (subgroup)
+        about << QString::number(*subgroup) + u" п/г"_s;
+    return about << names.discipline;
+}
+
 } // namespace
+
+JournalHeading attendanceHeading(const AttendanceSelection& shown, const JournalNames& names,
+                                 const shell::Wording& wording)
+{
+    const bool days = shown.mode == AttendanceMode::Days;
+    return {worded(wording, days ? u"Журнал посещаемости"_s : u"Журнал занятий"_s),
+            whose(names, shown.studentSubgroup(), wording) << monthText(shown.month),
+            {worded(wording, u"Часы пропусков: прямой жирный - неуважительные, курсив - "
+                             "уважительные, обычный - смешанные; X - нет занятия."_s)}};
+}
+
+JournalHeading gradesHeading(const GradeSelection& shown, const JournalNames& names,
+                             const shell::Wording& wording)
+{
+    const QString year =
+        u"%1 - %2 учебный год"_s.arg(shown.year.from.year()).arg(shown.year.to.year());
+    return {u"Журнал успеваемости"_s,
+            whose(names, shown.studentSubgroup(), wording)
+                << (shown.byMonth() ? monthText(shown.month) : year),
+            {worded(wording, u"з - зачет; X - нет занятия."_s)}};
+}
 
 papers::Paper journalPaper(const QAbstractItemModel& model, const JournalHeading& about,
                            const data::SettingsRow& settings)

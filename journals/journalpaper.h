@@ -1,5 +1,7 @@
 #pragma once
 
+#include "journals/attendancesheet.h"
+#include "journals/gradesheet.h"
 #include "papers/paper.h"
 
 #include <QString>
@@ -9,6 +11,9 @@ class QAbstractItemModel;
 
 namespace data {
 struct SettingsRow;
+}
+namespace shell {
+class Wording;
 }
 
 namespace journals {
@@ -20,6 +25,18 @@ struct JournalHeading
     QStringList about; // group, discipline, month
     QStringList notes; // what the signs mean
 };
+
+// As the window's selectors name them.
+struct JournalNames
+{
+    QString group;
+    QString discipline;
+};
+
+JournalHeading attendanceHeading(const AttendanceSelection& shown, const JournalNames& names,
+                                 const shell::Wording& wording);
+JournalHeading gradesHeading(const GradeSelection& shown, const JournalNames& names,
+                             const shell::Wording& wording);
 
 // The journal as its grid shows it, ready to be signed: number and student first, then a column
 // per day or lesson, days off shaded, unexcused hours bold and excused ones in italics. Reads

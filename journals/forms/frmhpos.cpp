@@ -317,11 +317,12 @@ void frmHPos::run(JournalAction action)
     else if (action == JournalAction::Refresh)
         refill();
     else if (action == JournalAction::Print && m_model->sheet())
-        printJournal(*m_model, u"attendance"_s,
-                     attendanceHeading(m_model->sheet()->selection,
-                     {ui->cboGroup->currentText(), ui->cboDiscipline->currentText()},
-                     m_parts.session.wording()),
-                     m_parts, this);
+        printJournal(
+            *m_model, u"attendance"_s,
+            attendanceHeading(m_model->sheet()->selection,
+                              {ui->cboGroup->currentText(), ui->cboDiscipline->currentText()},
+                              m_parts.session.wording()),
+            m_parts, this);
 }
 
 void frmHPos::refreshCommands()

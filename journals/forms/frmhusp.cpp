@@ -7,6 +7,7 @@
 #include "journals/forms/gradekeys.h"
 #include "journals/forms/gridcells.h"
 #include "journals/forms/journaldelegate.h"
+#include "journals/forms/journalprint.h"
 #include "journals/forms/journalselectors.h"
 #include "journals/worded.h"
 #include "shell/forms/paletteicon.h"
@@ -380,6 +381,8 @@ bool frmHUsp::available(JournalAction action) const
         return !m_book.redoText().isEmpty();
     case JournalAction::Refresh:
         return true;
+    case JournalAction::Print:
+        return m_model->sheet();
     default:
         return false;
     }
@@ -409,6 +412,15 @@ void frmHUsp::run(JournalAction action)
         break;
     case JournalAction::Refresh:
         refresh();
+        break;
+    case JournalAction::Print:
+        if (m_model->sheet())
+            printJournal(
+                *m_model, u"grades"_s,
+                gradesHeading(m_model->sheet()->selection,
+                              {ui->cboGroup->currentText(), ui->cboDiscipline->currentText()},
+                              m_parts.session.wording()),
+                m_parts, this);
         break;
     default:
         break;

@@ -91,7 +91,8 @@ double PaperLayout::cellHeight(const PlacedCell& place) const
     const QFontMetricsF metrics(tableFont(cell), m_frame.device);
     const QString shown = shownText(cell);
     if (cell.rotated) {
-        const double length = metrics.horizontalAdvance(shown) + 4 * padding();
+        const QRectF room(0, 0, kAnyLength, kAnyLength);
+        const double length = metrics.boundingRect(room, 0, shown).width() + 4 * padding();
         return std::min(length, mm(kMostRotatedMm) * m_scale);
     }
     const QRectF room(0, 0, across - 2 * padding(), kAnyLength);
