@@ -87,6 +87,11 @@ std::int64_t findDiscipline(jet::Database& database, const std::string& text)
     return find(database, {"SPPRED", "IDD", u"дисциплина"_s}, text);
 }
 
+std::int64_t findSpeciality(jet::Database& database, const std::string& text)
+{
+    return find(database, {"SPOTD", "IDO", u"специальность"_s}, text);
+}
+
 void requireStudent(jet::Database& database, std::int64_t student)
 {
     const std::string key = jet::sql::number(student);

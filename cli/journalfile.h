@@ -21,6 +21,7 @@ std::string worded(const QString& text);
 // when there is none or the name is not unique.
 std::int64_t findGroup(jet::Database& database, const std::string& text);
 std::int64_t findDiscipline(jet::Database& database, const std::string& text);
+std::int64_t findSpeciality(jet::Database& database, const std::string& text);
 // Throws Failure when there is no student of that key.
 void requireStudent(jet::Database& database, std::int64_t student);
 
