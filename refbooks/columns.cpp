@@ -92,7 +92,7 @@ std::array<std::vector<Column>, kBookCodes> allColumns()
          {u"Пол"_s, "POL1", kCentre, 40},
          {u"Дата рождения"_s, "D_R", kCentre, 100},
          {u"Адрес"_s, "ADR", {}, 200},
-         {u"Телефон"_s, "TEL", {}, 110},
+         {u"Телефон"_s, "TEL", {}, 140},
          {u"Удостоверение личности"_s, "DOC", {}, 150},
          {u"Примечание"_s, "MEMO", {}, 150},
          {u"Приказ об отчислении"_s, "prikazOtch", {}, 150},

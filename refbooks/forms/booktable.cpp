@@ -28,7 +28,7 @@ QColor gridLine(const QPalette& palette)
 // A long heading on two lines of about the same length.
 QString onTwoLines(QString text)
 {
-    constexpr qsizetype kLong = 15;
+    constexpr qsizetype kLong = 20;
     if (text.size() < kLong)
         return text;
     const qsizetype middle = text.size() / 2;
@@ -38,6 +38,8 @@ QString onTwoLines(QString text)
         text[at] = u'\n';
     return text;
 }
+
+constexpr int kRoom = 12; // beside a heading, both sides together
 
 class BookHeader final : public QHeaderView
 {
@@ -55,7 +57,8 @@ protected:
     void initStyleOptionForIndex(QStyleOptionHeader* option, int section) const override
     {
         QHeaderView::initStyleOptionForIndex(option, section);
-        option->text = onTwoLines(option->text);
+        if (fontMetrics().horizontalAdvance(option->text) + kRoom > sectionSize(section))
+            option->text = onTwoLines(option->text);
     }
     // The base would ask the style for the width of the whole heading.
     QSize sectionSizeFromContents(int section) const override
@@ -101,8 +104,8 @@ BookTable::BookTable(QWidget* parent)
     setItemDelegate(new CellDelegate(this));
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    constexpr int kRoom = 6; // above and below the text together
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRoom);
+    constexpr int kSpace = 6; // above and below the text together
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kSpace);
     setHorizontalHeader(new BookHeader(this));
 }
 
