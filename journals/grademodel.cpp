@@ -185,17 +185,21 @@ QString GradeModel::spokenText(int row, int column) const
 
 QString GradeModel::headerText(int column) const
 {
-    if (const GradeColumn* grade = gradeColumn(column))
-        return grade->kind == GradeKind::Current
-                   ? grade->title + u'\n' + weekdayLetters(grade->date)
-                   : grade->title;
+    if (const GradeColumn* grade = gradeColumn(column)) {
+        if (grade->kind == GradeKind::Current)
+            return grade->title + u'\n' + weekdayLetters(grade->date);
+        const bool month = grade->kind == GradeKind::Monthly && !sheet()->selection.allDisciplines;
+        return month ? QString(grade->title).replace(u' ', u'\n') : grade->title;
+    }
     return column == 0 ? u"№ п.п"_s : column == 1 ? worded(m_wording, u"ФИО студента"_s) : kAverage;
 }
 
 QString GradeModel::spokenHeader(int column) const
 {
     const GradeColumn* grade = gradeColumn(column);
-    return grade && grade->kind == GradeKind::Current ? spokenDay(grade->date) : headerText(column);
+    if (!grade)
+        return headerText(column);
+    return grade->kind == GradeKind::Current ? spokenDay(grade->date) : grade->title;
 }
 
 QVariant GradeModel::headerData(int section, Qt::Orientation orientation, int role) const
@@ -208,7 +212,7 @@ QVariant GradeModel::headerData(int section, Qt::Orientation orientation, int ro
         return headerText(section);
     case Qt::ToolTipRole:
         return grade && grade->kind == GradeKind::Current ? grade->date.toString(u"dd.MM.yyyy"_s)
-                                                          : headerText(section);
+                                                          : spokenHeader(section);
     case Qt::AccessibleTextRole:
         return spokenHeader(section);
     case StateRole:

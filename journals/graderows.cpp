@@ -41,6 +41,12 @@ std::string rowCondition(const GradeRow& row)
     return condition;
 }
 
+std::optional<jet::DateTime> latestDate(jet::Database& database, const std::string& where)
+{
+    auto rows = database.query("select dat from usp" + where + " order by dat desc;");
+    return rows.next() ? std::optional(rows.date(0)) : std::nullopt;
+}
+
 void insertGrade(jet::Database& database, const GradeRow& row, int grade)
 {
     database.execute(
@@ -82,13 +88,16 @@ std::string kindCondition(const GradeSelection& selection)
 
 void storeGrade(jet::Database& database, const GradeRow& row, int grade)
 {
-    const std::string where = " where " + rowCondition(row) + ";";
-    if (grade == kNoGrade)
-        database.execute("delete * from usp" + where);
-    else if (database.count("select * from usp" + where) == 0)
-        insertGrade(database, row, grade);
+    const std::string where = " where " + rowCondition(row);
+    if (grade == kNoGrade) {
+        database.execute("delete * from usp" + where + ";");
+        return;
+    }
+    if (const auto latest = latestDate(database, where))
+        database.execute("update usp set oc=" + sql::number(grade) + where
+                         + " and dat=" + sql::date(*latest) + ";");
     else
-        database.execute("update usp set oc=" + sql::number(grade) + where);
+        insertGrade(database, row, grade);
 }
 
 std::vector<FoundGrade> readGrades(jet::Database& database, const GradeSelection& selection)

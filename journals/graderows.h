@@ -26,8 +26,8 @@ struct GradeRow
     QDate date;  // that a new row is stored with
 };
 
-// Adds the grade, or replaces the one there is. kNoGrade deletes it. What other programs left
-// there more than once gets the same grade throughout, so that no old one comes back to light.
+// Adds the grade, or replaces the one there is; of several, as finals of two half-years are, the
+// latest, which is the one shown. kNoGrade deletes all there are.
 void storeGrade(jet::Database& database, const GradeRow& row, int grade);
 
 struct FoundGrade

@@ -185,6 +185,7 @@ GradeSelection frmHUsp::selection() const
 void frmHUsp::modeChanged()
 {
     if (mayLeave()) {
+        m_currentLater = false;
         showSelectors();
         m_selectors->refreshDisciplines();
     } else {
@@ -198,6 +199,26 @@ void frmHUsp::selectionChanged()
         refill();
     else
         restoreSelection();
+}
+
+// There are no current grades of all disciplines, so the monthly ones are shown until one
+// discipline is chosen again.
+void frmHUsp::followDiscipline()
+{
+    const GradeSelection chosen = selection();
+    if (chosen.allDisciplines && chosen.mode == GradeMode::Current) {
+        setMode(GradeMode::Monthly);
+        m_currentLater = true;
+    } else if (chosen.discipline && m_currentLater) {
+        setMode(GradeMode::Current);
+        m_currentLater = false;
+    }
+}
+
+void frmHUsp::setMode(GradeMode mode)
+{
+    const QSignalBlocker quiet(ui->cboMode);
+    ui->cboMode->setCurrentIndex(static_cast<int>(mode));
 }
 
 // Only what the grid depends on: a month or a study year.
@@ -218,8 +239,8 @@ void frmHUsp::restoreSelection()
     if (!sheet)
         return;
     const GradeSelection& shown = sheet->selection;
-    const QSignalBlocker quietMode(ui->cboMode), quietPeriod(ui->cboPeriod);
-    ui->cboMode->setCurrentIndex(static_cast<int>(shown.mode));
+    const QSignalBlocker quiet(ui->cboPeriod);
+    setMode(shown.mode);
     const auto year = std::find_if(m_years.begin(), m_years.end(),
                                    [&](const StudyYear& each) { return each.days == shown.year; });
     if (year != m_years.end())
@@ -246,6 +267,7 @@ void frmHUsp::refresh()
 
 void frmHUsp::refill()
 {
+    followDiscipline();
     const GradeSelection wanted = selection();
     const bool sameGrid = m_model->sheet() && m_model->sheet()->selection.group == wanted.group
                           && m_model->sheet()->selection.mode == wanted.mode;
@@ -253,10 +275,6 @@ void frmHUsp::refill()
     const int row = place.row(), column = place.column();
     if (!shell::runCommand(m_parts.prompt, kNotFilled, [&] { m_model->load(wanted); }))
         m_model->clear();
-    if (m_model->sheet()) { // of all disciplines there are no current grades
-        const QSignalBlocker quiet(ui->cboMode);
-        ui->cboMode->setCurrentIndex(static_cast<int>(m_model->sheet()->selection.mode));
-    }
     showSelectors();
     showSheet();
     goTo(row, column);
@@ -329,8 +347,11 @@ void frmHUsp::chooseGrade()
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->setObjectName(u"grades"_s);
     menu->setAccessibleName(u"Оценка"_s);
+    const QString present = cell.data().toString();
     const auto offer = [&](const QString& text, int grade) {
-        menu->addAction(text, this, [this, grade] { setGrade(grade); });
+        QAction* entry = menu->addAction(text, this, [this, grade] { setGrade(grade); });
+        if (!present.isEmpty() && gradeText(grade) == present)
+            menu->setActiveAction(entry);
     };
     for (const int grade : {5, 4, 3, 2, kPassGrade}) // NOLINT(readability-magic-numbers)
         offer(u'&' + shell::gradeName(grade), grade);

@@ -49,6 +49,8 @@ private:
     void modeChanged();
     void selectionChanged();
     void showSelectors();
+    void followDiscipline();
+    void setMode(GradeMode mode);
     void restoreSelection();
     bool mayLeave();
     void refresh();
@@ -74,6 +76,7 @@ private:
     JournalSelectors* m_selectors = nullptr;
     ColumnWidths* m_widths = nullptr;
     std::vector<StudyYear> m_years;
+    bool m_currentLater = false; // current grades again with the next discipline
 };
 
 } // namespace journals

@@ -185,6 +185,11 @@ TEST_F(GradesWindow, AGradeIsChosenFromAListByKeyOrDoubleClick)
     QTest::keyClick(list, Qt::Key_4);
     EXPECT_EQ(stored(), QStringList{u"2 14.11 4"_s});
 
+    press(Qt::Key_F2); // on the grade that stands there
+    list = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->activeAction(), nullptr) << "an empty cell: the cursor has moved down";
+    QTest::keyClick(list, Qt::Key_Escape);
     select(0, 14);
     const QPoint at = grid->visualRect(grid->currentIndex()).center();
     QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at);
@@ -262,6 +267,8 @@ TEST_F(GradesWindow, ModesShowTheirSelectorsAndAreRemembered)
     pick(u"cboMode"_s, u"текущие"_s);
     EXPECT_EQ(named<QComboBox>(u"cboMode"_s)->currentText(), u"по месяцам");
     EXPECT_TRUE(named<QComboBox>(u"cboMonth"_s)->isVisible());
+    pick(u"cboDiscipline"_s, u"Математика"_s);
+    EXPECT_EQ(named<QComboBox>(u"cboMode"_s)->currentText(), u"текущие");
 
     pick(u"cboMode"_s, u"итоговые"_s);
     ASSERT_TRUE(window->close());
