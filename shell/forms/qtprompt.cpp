@@ -46,6 +46,8 @@ QMessageBox::StandardButton ask(QMessageBox::Icon icon, const QString& text,
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     box.setDefaultButton(preset);
     box.setEscapeButton(escape);
+    if (QAbstractButton* discard = box.button(QMessageBox::Discard))
+        discard->setText(QStringLiteral("Н&е сохранять")); // Qt's word differs by desktop
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
