@@ -69,6 +69,7 @@ int checkFinals(OpenJournal& journal)
           {journals::FinalsKind::Year, "monthly grades of a group, a year"}}) {
         request.kind = kind;
         std::vector<double> times;
+        times.reserve(kRepetitions);
         for (int i = 0; i < kRepetitions; ++i)
             times.push_back(
                 milliseconds(Clock::Wall, [&] { writeFinals(session, prompt, request); }));
