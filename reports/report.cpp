@@ -80,7 +80,7 @@ QString documentName(const StatementSource& source, const ReportRequest& request
     if (takes(request, Input::Group) && request.group && !groups.empty())
         name += u' ' + groups.front().name;
     if (takes(request, Input::Month))
-        return name + u" %1-%2"_s.arg(request.month.year).arg(request.month.month, 2, 10, u'0');
+        return name + u' ' + request.month.first().toString(u"yyyy-MM"_s);
     const journals::Period year = journals::studyPeriod(source.settings);
     return name + u" %1-%2"_s.arg(year.from.year()).arg(year.to.year());
 }
