@@ -53,6 +53,8 @@ public:
     QString path() const;
     // The file that is open, which differs from path() only for a copy that stands for it.
     QString filePath() const;
+    // Whether another program holds the file for changing, and a copy stands for it.
+    bool isSnapshot() const { return !m_standsFor.isEmpty(); }
 
     // The settings row as stored now. Throws jet::Error.
     SettingsRow settings() { return readSettingsRow(*m_database); }

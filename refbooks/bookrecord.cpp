@@ -13,6 +13,15 @@
 using namespace Qt::StringLiterals;
 
 namespace refbooks {
+namespace {
+
+const QString kHeldElsewhere =
+    u"Извините, но эта строка (или соседняя строка) данного справочника редактируется другим "
+    "пользователем. Одновременное внесение изменений несколькими пользователями в одну строку "
+    "может привести к порче данных. Попробуйте отредактировать строку в другое время. Сейчас "
+    "возможен только просмотр."_s;
+
+} // namespace
 
 std::unique_ptr<BookRecord> BookRecord::open(shell::Session& session, shell::Prompt& prompt,
                                              Book book, RecordMode mode, std::int64_t key)
@@ -27,6 +36,8 @@ std::unique_ptr<BookRecord> BookRecord::open(shell::Session& session, shell::Pro
         return nullptr;
     record->limitTexts();
     record->m_opened = record->m_draft.values;
+    if (mode == RecordMode::Edit && !isReader && session.journal().isSnapshot())
+        prompt.exclamation(kHeldElsewhere);
     return record;
 }
 

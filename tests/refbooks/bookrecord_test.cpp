@@ -1,5 +1,6 @@
 #include "refbooks/bookrecord.h"
 
+#include "data/journal.h"
 #include "jet/error.h"
 #include "tests/refbooks/bookfixture.h"
 
@@ -564,6 +565,24 @@ TEST_F(BookRecords, OfEveryBookOpenNewAndStoreTheirSmallestRow)
                   1)
             << code;
     }
+}
+
+TEST_F(BookRecords, AreOnlyShownWhileAnotherUserHoldsTheFile)
+{
+    const auto key = add("SPKAF", {{"NAIM", std::string("Кафедра")}});
+    const auto held = [&] {
+        session.closeJournal();
+        auto reader = data::Journal::openReadOnly(journal.path(), prompt);
+        reader->standFor(u"Журнал.mdb"_s, nullptr);
+        session.openJournal(std::move(reader));
+    };
+    held();
+    prompt.expectMatching(Box::Exclamation,
+                          u"^Извините, но эта строка .* Сейчас возможен только просмотр.$"_s);
+    const auto record = BookRecord::open(session, prompt, Book::Departments, RecordMode::Edit, key);
+    ASSERT_NE(record, nullptr);
+    EXPECT_TRUE(record->isViewOnly());
+    EXPECT_TRUE(prompt.done());
 }
 
 } // namespace
