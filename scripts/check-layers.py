@@ -20,7 +20,7 @@ ALLOWED = {
     "cli": ["cli", "demo", *LOGIC, "papers", "shell", "data", "jet"],
     "app": ["app", "demo", "shell/forms", *[f"{f}/forms" for f in LOGIC], *LOGIC, "shell", "data", "jet"],
     "shell/forms": ["shell/forms", "shell", "data", "jet"],
-    "papers/forms": ["papers/forms", "papers", "shell/forms", "shell", "data", "jet"],
+    "papers/forms": ["papers/forms", "papers", "sheets", "shell/forms", "shell", "data", "jet"],
     **{f"{folder}/forms": [f"{folder}/forms", folder, *(["journals"] if folder == "reports" else []), "papers/forms", "papers", "shell/forms", "sheets", "shell", "data", "jet"] for folder in LOGIC},
 }
 WIDGETS = re.compile(r"#include <Q(Widget|Dialog|MainWindow|MessageBox|TableView|Application|Mdi\w+)>")

@@ -3,14 +3,22 @@
 #include "data/convert.h"
 #include "jet/error.h"
 #include "papers/forms/paperpainter.h"
+#include "sheets/writetable.h"
+#include "shell/forms/qtprompt.h"
+#include "shell/forms/runcommand.h"
 #include "shell/settings.h"
 
+#include <QAction>
 #include <QDate>
+#include <QDir>
+#include <QFileDialog>
 #include <QPdfWriter>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QSaveFile>
+#include <QStandardPaths>
 #include <QStringList>
+#include <QToolBar>
 
 using namespace Qt::StringLiterals;
 
@@ -50,6 +58,57 @@ void setUp(QPrinter& printer, const Document& document, const shell::Settings& s
     printer.setPageLayout(pageLayoutOf(document, settings));
 }
 
+void write(const Document& document, const QString& path, const QPageLayout& page)
+{
+    QSaveFile file(path);
+    const auto refuse = [&] {
+        throw jet::Error(jet::Fault::Io, data::toUtf8(u"файл %1 нельзя записать: %2"_s.arg(
+                                             path, file.errorString())));
+    };
+    if (!file.open(QIODevice::WriteOnly))
+        refuse();
+    {
+        QPdfWriter writer(&file);
+        writer.setResolution(kDotsPerInch);
+        writer.setTitle(document.name);
+        writer.setCreator(u"Журнал"_s);
+        writer.setPageLayout(page);
+        if (!PaperPainter(document.papers, QDate::currentDate()).paint(writer))
+            refuse();
+    }
+    if (!file.commit())
+        refuse();
+}
+
+void savePdf(const Document& document, const QPageLayout& page, QWidget* parent)
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    QString name = sheets::fileName(document.name);
+    name.replace(u".xlsx"_s, u".pdf"_s);
+    QString path = QFileDialog::getSaveFileName(
+        parent, u"Сохранить как PDF"_s, QDir(folder).filePath(name), u"Документы PDF (*.pdf)"_s);
+    if (path.isEmpty())
+        return;
+    if (!path.endsWith(u".pdf"_s, Qt::CaseInsensitive))
+        path += u".pdf"_s;
+    shell::QtPrompt prompt;
+    shell::runCommand(prompt, u"Файл PDF не записан."_s, [&] { write(document, path, page); });
+}
+
+// The preview has no such key of its own: without a printer it would be the only way on.
+void addPdfKey(QPrintPreviewDialog& preview, const Document& document, const QPrinter& printer)
+{
+    auto* bar = preview.findChild<QToolBar*>();
+    if (!bar)
+        return;
+    QAction* key = bar->addAction(u"PDF..."_s);
+    key->setObjectName(u"keyPdf"_s);
+    key->setToolTip(u"Сохранить как PDF (Ctrl+S)"_s);
+    key->setShortcut(QKeySequence::Save);
+    QObject::connect(key, &QAction::triggered, &preview,
+                     [&] { savePdf(document, printer.pageLayout(), &preview); });
+}
+
 } // namespace
 
 QPageLayout pageLayoutOf(const Document& document, const shell::Settings& settings)
@@ -75,6 +134,7 @@ void showPreview(const Document& document, shell::Settings& settings, QWidget* p
     PaperPainter painter(document.papers, QDate::currentDate());
     QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, &preview,
                      [&painter](QPrinter* device) { painter.paint(*device); });
+    addPdfKey(preview, document, printer);
     constexpr QSize kRoomy(1000, 800);
     preview.resize(kRoomy);
     preview.exec();
@@ -83,24 +143,7 @@ void showPreview(const Document& document, shell::Settings& settings, QWidget* p
 
 void writePdf(const Document& document, const QString& path, const shell::Settings& settings)
 {
-    QSaveFile file(path);
-    const auto refuse = [&] {
-        throw jet::Error(jet::Fault::Io, data::toUtf8(u"файл %1 нельзя записать: %2"_s.arg(
-                                             path, file.errorString())));
-    };
-    if (!file.open(QIODevice::WriteOnly))
-        refuse();
-    {
-        QPdfWriter writer(&file);
-        writer.setResolution(kDotsPerInch);
-        writer.setTitle(document.name);
-        writer.setCreator(u"Журнал"_s);
-        writer.setPageLayout(pageLayoutOf(document, settings));
-        if (!PaperPainter(document.papers, QDate::currentDate()).paint(writer))
-            refuse();
-    }
-    if (!file.commit())
-        refuse();
+    write(document, path, pageLayoutOf(document, settings));
 }
 
 } // namespace papers

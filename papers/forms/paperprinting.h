@@ -16,8 +16,8 @@ namespace papers {
 // on the left. Requires papers.
 QPageLayout pageLayoutOf(const Document& document, const shell::Settings& settings);
 
-// Shows the preview, from which the user sets up the page and prints. The page setup is kept
-// for documents of the kind. Requires papers.
+// Shows the preview, from which the user sets up the page, prints or saves a PDF file. The page
+// setup is kept for documents of the kind. Requires papers.
 void showPreview(const Document& document, shell::Settings& settings, QWidget* parent);
 
 // Writes the document as a PDF file with the same page setup. The file is there whole or not
