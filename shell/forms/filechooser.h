@@ -37,6 +37,9 @@ public:
     // The path to write a table under, ending in ".xlsx" or ".csv", "" when cancelled. The user
     // has agreed that a file of that name is replaced.
     virtual QString saveTable(const QString& folder, const QString& name) = 0;
+    // The path to write a document under, ending as `name` does, "" when cancelled. The user has
+    // agreed that a file of that name is replaced.
+    virtual QString saveDocument(const QString& folder, const QString& name) = 0;
     // The path on a removable drive to copy to or from, "" when cancelled.
     virtual QString fileOnDrive(const DriveRequest& request) = 0;
     // The copy to restore. `journal` is the file whose copies are listed, "" for all.

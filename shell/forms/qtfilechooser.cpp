@@ -81,6 +81,23 @@ QString QtFileChooser::saveTable(const QString& folder, const QString& name)
     return dialog.selectedFiles().constFirst();
 }
 
+QString QtFileChooser::saveDocument(const QString& folder, const QString& name)
+{
+    const QString suffix = QFileInfo(name).suffix();
+    const QString kind = suffix == u"xlsx"  ? u"Книга Excel"_s
+                         : suffix == u"pdf" ? u"Документ PDF"_s
+                                            : u"Рисунок"_s;
+    QFileDialog dialog(QApplication::activeWindow(), u"Сохранение документа"_s, folder,
+                       u"%1 (*.%2)"_s.arg(kind, suffix));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(suffix);
+    dialog.selectFile(name);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return {};
+    }
+    return dialog.selectedFiles().constFirst();
+}
+
 QString QtFileChooser::fileOnDrive(const DriveRequest& request)
 {
     frmDrive dialog(request, QApplication::activeWindow());

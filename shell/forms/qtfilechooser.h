@@ -12,6 +12,7 @@ public:
     QString newJournal(const QString& folder) override;
     QString saveJournal(const QString& folder, const QString& name) override;
     QString saveTable(const QString& folder, const QString& name) override;
+    QString saveDocument(const QString& folder, const QString& name) override;
     QString fileOnDrive(const DriveRequest& request) override;
     std::optional<ArchivedCopy> archivedCopy(const Archive& archive, const QString& journal,
                                              Prompt& prompt) override;

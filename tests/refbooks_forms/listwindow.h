@@ -33,6 +33,7 @@ public:
         suggested = folder + u'/' + name;
         return answer;
     }
+    QString saveDocument(const QString&, const QString&) override { return {}; }
     QString fileOnDrive(const shell::DriveRequest&) override { return {}; }
     std::optional<shell::ArchivedCopy> archivedCopy(const shell::Archive&, const QString&,
                                                     shell::Prompt&) override

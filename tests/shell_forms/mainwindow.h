@@ -32,6 +32,11 @@ public:
         suggested = name;
         return answer;
     }
+    QString saveDocument(const QString&, const QString& name) override
+    {
+        suggested = name;
+        return answer;
+    }
     QString fileOnDrive(const shell::DriveRequest&) override { return driveFile; }
     std::optional<shell::ArchivedCopy> archivedCopy(const shell::Archive& archive,
                                                     const QString& journal, shell::Prompt&) override
