@@ -25,6 +25,8 @@ struct Streams
 
 // Each adds its command and options to the program; the command does its work when the
 // arguments were parsed, and throws Failure or jet::Error.
+void addAbsenceDay(CLI::App& program, Streams streams);
+void addAbsencePeriod(CLI::App& program, Streams streams);
 void addAttendance(CLI::App& program, Streams streams);
 void addCheck(CLI::App& program, Streams streams);
 void addCompact(CLI::App& program, Streams streams);
@@ -33,6 +35,7 @@ void addDemo(CLI::App& program, Streams streams);
 void addFinals(CLI::App& program, Streams streams);
 void addGrades(CLI::App& program, Streams streams);
 void addMark(CLI::App& program, Streams streams);
+void addRanking(CLI::App& program, Streams streams);
 void addSchema(CLI::App& program, Streams streams);
 void addSql(CLI::App& program, Streams streams);
 void addTables(CLI::App& program, Streams streams);

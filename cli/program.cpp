@@ -28,10 +28,13 @@ void addCommands(CLI::App& program, Streams streams)
     addTables(program, streams);
     addSchema(program, streams);
     addSql(program, streams);
+    addAbsenceDay(program, streams);
+    addAbsencePeriod(program, streams);
     addAttendance(program, streams);
     addFinals(program, streams);
     addGrades(program, streams);
     addMark(program, streams);
+    addRanking(program, streams);
 }
 
 } // namespace

@@ -121,6 +121,17 @@ QStringList DayAbsences::unplacedTexts() const
     return texts;
 }
 
+std::vector<std::size_t> DayAbsences::attended(int studentSubgroup) const
+{
+    std::vector<std::size_t> positions;
+    for (std::size_t i = 0; i < lessons.size(); ++i)
+        if (lessons[i].lesson.isFor(studentSubgroup)
+            && (positions.empty()
+                || lessons[positions.back()].lesson.number != lessons[i].lesson.number))
+            positions.push_back(i);
+    return positions;
+}
+
 void DayAbsences::toggle(std::size_t lesson, AbsenceKind kind, int lessonHours)
 {
     Absence& hours = lessons[lesson].hours;
@@ -219,12 +230,13 @@ int AbsenceEntry::markAllLessons() const
         if (each.hours.total() > 0)
             taken.insert(each.lesson.number);
     int marked = 0;
-    for (const LessonAbsence& each : day.lessons) {
-        if (!each.lesson.isFor(m_student.subgroup) || !taken.insert(each.lesson.number).second)
+    for (const std::size_t position : day.attended(m_student.subgroup)) {
+        const GroupLesson& lesson = day.lessons[position].lesson;
+        if (taken.contains(lesson.number))
             continue;
         m_database.execute("delete * from POS WHERE (" + dayCondition(m_student.id, m_date)
-                           + " AND ((POS.ur)=" + sql::number(each.lesson.number) + "));");
-        insert(each.lesson, {0, m_lessonHours});
+                           + " AND ((POS.ur)=" + sql::number(lesson.number) + "));");
+        insert(lesson, {0, m_lessonHours});
         ++marked;
     }
     return marked;

@@ -50,6 +50,9 @@ struct DayAbsences
     Absence total() const;
     // "№ 3 Физика, 2 часа" for each absence that saving would remove.
     QStringList unplacedTexts() const;
+    // The positions of the lessons that a student of the subgroup attends: one at each time,
+    // that of his own subgroup or else the first.
+    std::vector<std::size_t> attended(int studentSubgroup) const;
     // A lesson missed or, when that very count stands already, not missed after all: one of the
     // counts gets the hours of a lesson, the other is cleared.
     void toggle(std::size_t lesson, AbsenceKind kind, int lessonHours);
@@ -85,8 +88,7 @@ public:
     void saveDay(History& history, const DayAbsences& day) const;
 
     // Records all lessons that the student attends that day as missed without excuse, except
-    // those recorded already. Of several at one time, the student's own or else the first. To be
-    // called within a step. Gives the number of lessons recorded.
+    // those recorded already. To be called within a step. Gives the number of lessons recorded.
     int markAllLessons() const;
 
 private:

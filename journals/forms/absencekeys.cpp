@@ -56,4 +56,20 @@ std::optional<AbsenceKey> absenceKey(const QKeyEvent& key)
     return std::nullopt;
 }
 
+std::optional<AbsenceAction> absenceAction(shell::JournalAction action)
+{
+    switch (action) {
+    case shell::JournalAction::Mark:
+        return AbsenceAction::Mark;
+    case shell::JournalAction::MakeExcused:
+        return AbsenceAction::MakeExcused;
+    case shell::JournalAction::MakeUnexcused:
+        return AbsenceAction::MakeUnexcused;
+    case shell::JournalAction::Delete:
+        return AbsenceAction::Remove;
+    default:
+        return std::nullopt;
+    }
+}
+
 } // namespace journals

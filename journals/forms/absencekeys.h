@@ -1,5 +1,8 @@
 #pragma once
 
+#include "journals/attendance.h"
+#include "shell/forms/journalactions.h"
+
 #include <optional>
 
 class QKeyEvent;
@@ -24,5 +27,8 @@ enum class AbsenceKey {
 // Letters count by their place on the keyboard, in the Russian and the Latin layout alike.
 // Nothing for any other key.
 std::optional<AbsenceKey> absenceKey(const QKeyEvent& key);
+
+// What a command of the menu does to the chosen cells; nothing for the others.
+std::optional<AbsenceAction> absenceAction(shell::JournalAction action);
 
 } // namespace journals

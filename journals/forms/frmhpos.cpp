@@ -39,22 +39,6 @@ const QString kWidths = u"frmHPos/columns"_s;
 const QString kNotFilled = u"Таблица посещаемости не заполнена."_s;
 const QString kNotWritten = u"Пропуск не записан."_s;
 
-std::optional<AbsenceAction> absenceAction(JournalAction action)
-{
-    switch (action) {
-    case JournalAction::Mark:
-        return AbsenceAction::Mark;
-    case JournalAction::MakeExcused:
-        return AbsenceAction::MakeExcused;
-    case JournalAction::MakeUnexcused:
-        return AbsenceAction::MakeUnexcused;
-    case JournalAction::Delete:
-        return AbsenceAction::Remove;
-    default:
-        return std::nullopt;
-    }
-}
-
 } // namespace
 
 frmHPos::frmHPos(const JournalParts& parts, QWidget* parent)
