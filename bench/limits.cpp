@@ -90,4 +90,33 @@ int checkFirstFill(OpenJournal& journal)
     return report("first month filled after opening", times[times.size() / 2], 100, "ms");
 }
 
+int checkGradeFills(OpenJournal& journal)
+{
+    using journals::GradeMode;
+    struct Case
+    {
+        const char* name;
+        GradeMode mode;
+        bool all;
+    };
+    const Case cases[] = {{"current grades of a month filled", GradeMode::Current, false},
+                          {"monthly grades filled", GradeMode::Monthly, false},
+                          {"final grades filled", GradeMode::Final, false},
+                          {"monthly grades of all disciplines filled", GradeMode::Monthly, true},
+                          {"final grades of all disciplines filled", GradeMode::Final, true}};
+    constexpr int kRepetitions = 9;
+    jet::Database& database = journal.database();
+    int missed = 0;
+    for (const Case& each : cases) {
+        fillGrades(database, each.mode, each.all);
+        std::vector<double> times;
+        for (int i = 0; i < kRepetitions; ++i)
+            times.push_back(
+                milliseconds(Clock::Processor, [&] { fillGrades(database, each.mode, each.all); }));
+        std::ranges::sort(times);
+        missed += report(each.name, times[times.size() / 2], 100, "ms");
+    }
+    return missed;
+}
+
 } // namespace bench

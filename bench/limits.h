@@ -17,8 +17,12 @@ int checkMemory(const std::filesystem::path& jurnalctl, const std::filesystem::p
 // Processor time of the first month filled after opening, hash indexes built on the way.
 int checkFirstFill(OpenJournal& journal);
 
+// Processor time of the grades filled in each mode and view, with the indexes already built.
+int checkGradeFills(OpenJournal& journal);
+
 // Time from the command to results on disk, computed and written for one group in one discipline.
 int checkFinals(OpenJournal& journal);
+
 
 // Prints the line of a figure; 1 when it is beyond its limit, else 0.
 int report(const std::string& name, double measured, double limit, const char* unit);

@@ -26,6 +26,7 @@ try {
     int missed = bench::checkMemory(argv[2], copy);
     bench::OpenJournal journal(copy);
     missed += bench::checkFirstFill(journal);
+    missed += bench::checkGradeFills(journal);
     missed += bench::checkFinals(journal);
     std::printf("\n");
     bench::Peer peer(journal.database(), scratch / "peer.sqlite");

@@ -4,8 +4,10 @@
 #include "bench/truancy.h"
 
 #include "data/journal.h"
+#include "data/settingsrow.h"
 #include "jet/database.h"
 #include "journals/attendance.h"
+#include "journals/gradebook.h"
 #include "shell/prompt.h"
 #include "shell/statusline.h"
 #include "shell/wording.h"
@@ -195,6 +197,23 @@ void fillMonth(jet::Database& database)
     selection.group = journals::GroupId{7};
     selection.month = {2026, 3};
     if (!attendance.load(selection))
+        throw std::runtime_error("the sheet was refused");
+}
+
+void fillGrades(jet::Database& database, journals::GradeMode mode, bool allDisciplines)
+{
+    Silent silent;
+    journals::GradeBook book(database, shell::Wording(), silent, silent);
+    journals::GradeSelection selection;
+    selection.group = journals::GroupId{7};
+    selection.month = {2026, 3};
+    selection.year = journals::studyPeriod(data::readSettingsRow(database));
+    selection.mode = mode;
+    selection.allDisciplines = allDisciplines;
+    const auto disciplines = book.disciplines(selection);
+    if (!disciplines.empty())
+        selection.discipline = disciplines.front().key;
+    if (!book.load(selection))
         throw std::runtime_error("the sheet was refused");
 }
 

@@ -2,6 +2,8 @@
 
 #include "bench/ratios.h"
 
+#include "journals/gradesheet.h"
+
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -50,5 +52,7 @@ std::vector<Comparison> comparisons(Bench& bench);
 void readAll(jet::Database& database, const std::string& sql);
 // Loads the attendance of one group for one month as the journal's window does.
 void fillMonth(jet::Database& database);
+// Loads the grades of one group as the journal's window does, in its first discipline or in all.
+void fillGrades(jet::Database& database, journals::GradeMode mode, bool allDisciplines);
 
 } // namespace bench
