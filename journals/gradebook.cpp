@@ -70,7 +70,7 @@ bool GradeBook::complete(const GradeSelection& selection)
     else if (!selection.group)
         say(u"Ошибка: не выбрана группа."_s);
     else if (!usable(selection))
-        say(u"Ошибка: неверный учебный год в параметрах программы."_s);
+        say(u"Ошибка: неверный учебный год."_s);
     else if (!selection.allDisciplines && !selection.discipline)
         say(u"Выберите дисциплину."_s);
     else
@@ -158,7 +158,7 @@ int GradeBook::set(int grade, std::span<const GradePlace> places)
         } else {
             m_steps.resize(m_done);
             m_steps.push_back({text, std::move(changes)});
-            redo();
+            applyNextStep();
             if (atOnce) // the option was changed meanwhile
                 save();
         }
@@ -280,7 +280,13 @@ void GradeBook::undo()
     }
     for (const Change& change : m_steps[--m_done].changes)
         m_sheet->cell(change.place).grade = change.before;
-    say(u"Отменено: "_s + redoText());
+    sayStep(u"Отменено: "_s, redoText());
+}
+
+void GradeBook::applyNextStep()
+{
+    for (const Change& change : m_steps[m_done++].changes)
+        m_sheet->cell(change.place).grade = change.after;
 }
 
 void GradeBook::redo()
@@ -291,9 +297,8 @@ void GradeBook::redo()
     }
     if (m_done == m_steps.size())
         return;
-    for (const Change& change : m_steps[m_done++].changes)
-        m_sheet->cell(change.place).grade = change.after;
-    say(u"Повторено: "_s + undoText());
+    applyNextStep();
+    sayStep(u"Повторено: "_s, undoText());
 }
 
 void GradeBook::walkHistory(bool back)
@@ -304,9 +309,16 @@ void GradeBook::walkHistory(bool back)
     const bool done = back ? m_history.undo() : m_history.redo();
     if (m_sheet)
         load(GradeSelection(m_sheet->selection));
-    say(!done  ? u"Оценки с тех пор изменены, отменить или повторить нельзя."_s
-        : back ? u"Отменено: "_s + text
-               : u"Повторено: "_s + text);
+    if (done)
+        sayStep(back ? u"Отменено: "_s : u"Повторено: "_s, text);
+    else
+        say(u"Оценки с тех пор изменены, отменить или повторить нельзя."_s);
+}
+
+// Past the wording, which would change names such as that of Парамонов.
+void GradeBook::sayStep(const QString& what, const QString& step)
+{
+    m_status.show(what + step);
 }
 
 void GradeBook::say(const QString& text)

@@ -89,7 +89,9 @@ private:
     GradeRow rowAt(GradePlace place) const;
     void write(const QString& text, const std::vector<Change>& changes);
     void forgetSteps();
+    void applyNextStep();
     void walkHistory(bool back);
+    void sayStep(const QString& what, const QString& step);
     void say(const QString& text);
 
     jet::Database& m_database;

@@ -97,6 +97,8 @@ void frmHUsp::setUpCommands()
         if (!command->isSeparator())
             command->setIcon(shell::paletteIcon(command->objectName()));
     ui->keyIns->setIcon(shell::paletteIcon(u"keyGrade"_s));
+    if (auto* more = ui->Toolbar1->findChild<QWidget*>(u"qt_toolbar_ext_button"_s))
+        more->setAccessibleName(u"Еще команды"_s); // Qt leaves it nameless
     connect(ui->keyIns, &QAction::triggered, this, &frmHUsp::chooseGrade);
     connect(ui->keyDel, &QAction::triggered, this, [this] { setGrade(kNoGrade); });
     connect(ui->keySave, &QAction::triggered, this, &frmHUsp::save);

@@ -36,6 +36,7 @@ FrozenTable::FrozenTable(QWidget* parent)
     setUpRows(*this);
     setUpRows(*m_frozen);
     m_frozen->setObjectName(QStringLiteral("frozenColumns"));
+    m_frozen->setAccessibleName(QStringLiteral("Закрепленные графы"));
     m_frozen->setFrameShape(QFrame::NoFrame);
     m_frozen->setFocusPolicy(Qt::NoFocus);
     m_frozen->setFocusProxy(this);

@@ -221,7 +221,7 @@ TEST_F(Grades, AnIncompleteSelectionSaysWhatIsMissing)
              s.mode = GradeMode::Final;
              s.year.to = {2022, 9, 4};
          },
-         "Ошибка: неверный учебный год в параметрах программы."},
+         "Ошибка: неверный учебный год."},
     };
     for (const Case& each : cases) {
         GradeSelection spoilt = selection;
@@ -350,6 +350,20 @@ TEST_F(Grades, StepsAreTakenBackInOrderAndNamed)
     book.undo();
     EXPECT_EQ(stored().size(), all.size() + 1);
     EXPECT_EQ(status.last(), u"Оценки с тех пор изменены, отменить или повторить нельзя.");
+}
+
+TEST_F(Grades, ASchoolHasItsWordsButKeepsNames)
+{
+    file.student(group, "Аапарин", "Пётр", ""); // "пара" is a word of colleges
+    GradeBook school(file.database(), shell::Wording(shell::Institution::School), prompt, status);
+    GradeSelection incomplete = selection;
+    incomplete.discipline.reset();
+    EXPECT_FALSE(school.load(incomplete));
+    EXPECT_EQ(status.last(), u"Выберите предмет.");
+    ASSERT_TRUE(school.load(selection));
+    school.set(5, std::vector<GradePlace>{{0, kTwelfth}});
+    school.undo();
+    EXPECT_EQ(status.last(), u"Отменено: оценка 5, Аапарин П., 12.11");
 }
 
 TEST_F(Grades, AFullDiskLeavesFileAndSheetAsTheyWere)

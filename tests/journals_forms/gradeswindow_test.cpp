@@ -1,6 +1,7 @@
 #include "journals/forms/frmhusp.h"
 #include "shell/session.h"
 #include "shell/settings.h"
+#include "tests/shell_forms/accessible.h"
 #include "tests/support/scriptedprompt.h"
 #include "tests/support/smalljournal.h"
 
@@ -121,6 +122,7 @@ protected:
 TEST_F(GradesWindow, AMonthIsTypedDownTheColumns)
 {
     open(true);
+    EXPECT_EQ(withoutAccessibleName(*window), "");
     EXPECT_EQ(grid->currentIndex().column(), kFirst + 6) << "the first open day";
     for (int day = 7; day <= 30; ++day) {
         select(0, day);
