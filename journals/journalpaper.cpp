@@ -171,8 +171,11 @@ papers::Paper journalPaper(const QAbstractItemModel& model, const JournalHeading
         paper.head.front().push_back(headCell(model, column));
     for (int row = 0; row < model.rowCount(); ++row) {
         papers::Row& cells = paper.body.emplace_back();
-        for (int column = 0; column < model.columnCount(); ++column)
-            cells.push_back(bodyCell(model, row, column));
+        for (int column = 0; column < model.columnCount(); ++column) {
+            papers::Cell& cell = cells.emplace_back(bodyCell(model, row, column));
+            cell.rotated = paper.widths[static_cast<std::size_t>(column)] < kSumWidth
+                           && shownText(cell).size() > kLongestLevelHeading;
+        }
     }
     papers::addFrame(paper, settings);
     return paper;

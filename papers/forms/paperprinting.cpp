@@ -16,6 +16,7 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QSaveFile>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QStringList>
 #include <QToolBar>
@@ -136,7 +137,7 @@ void showPreview(const Document& document, shell::Settings& settings, QWidget* p
                      [&painter](QPrinter* device) { painter.paint(*device); });
     addPdfKey(preview, document, printer);
     constexpr QSize kRoomy(1000, 800);
-    preview.resize(kRoomy);
+    preview.resize(kRoomy.boundedTo(preview.screen()->availableSize() * 0.9));
     preview.exec();
     settings.remember(settingOf(document), stored(printer.pageLayout()));
 }
