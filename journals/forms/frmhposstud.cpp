@@ -17,6 +17,7 @@
 #include <QKeyEvent>
 #include <QSignalBlocker>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -54,6 +55,8 @@ frmHPosStud::frmHPosStud(const JournalParts& parts, History& history, AbsenceEnt
     setUpGrid();
     ui->chkDay->setChecked(!m_discipline);
     ui->chkDay->setVisible(m_discipline.has_value());
+    if (m_discipline)
+        resize(width(), minimumSizeHint().height());
     connectControls();
     load();
 }
@@ -159,6 +162,8 @@ void frmHPosStud::showDay()
 {
     m_day->setDay(m_entry.readDay(), m_entry.lessonHours());
     ui->ways->setCurrentWidget(ui->pageDay);
+    constexpr int kDayHeight = 430;
+    resize(width(), std::max(height(), kDayHeight));
     const QStringList lost = m_day->day().unplacedTexts();
     QString notice;
     if (m_day->day().lessons.empty())
@@ -168,7 +173,9 @@ void frmHPosStud::showDay()
                   + u"Не относятся ни к одному занятию и при сохранении будут удалены: "_s
                   + lost.join(u"; "_s) + u'.';
     ui->lblNotice->setText(worded(m_parts.session.wording(), notice));
-    ui->HF1->setCurrentIndex(m_day->index(0, AbsenceDayModel::UnexcusedColumn));
+    const auto own = m_day->day().attended(m_entry.student().subgroup);
+    const int first = own.empty() ? 0 : static_cast<int>(own.front());
+    ui->HF1->setCurrentIndex(m_day->index(first, AbsenceDayModel::UnexcusedColumn));
     ui->HF1->setFocus();
 }
 
