@@ -1,8 +1,7 @@
 #include "journals/attendance.h"
 
-#include "data/convert.h"
 #include "data/settingsrow.h"
-#include "journals/attendancequeries.h"
+#include "journals/attendancesheetreader.h"
 #include "journals/worded.h"
 #include "shell/prompt.h"
 #include "shell/statusline.h"
@@ -12,32 +11,6 @@
 using namespace Qt::StringLiterals;
 
 namespace journals {
-namespace {
-
-void placeStartBalances(AttendanceSheet& sheet, const std::vector<AbsenceRow>& balances)
-{
-    for (const AbsenceRow& balance : balances)
-        if (const auto student = sheet.studentRow(balance.student))
-            sheet.students[*student].start = balance.hours;
-}
-
-// Adds each absence to its cell; one without a place is noted and left out.
-void placeAbsences(AttendanceSheet& sheet, const std::vector<AbsenceRow>& absences)
-{
-    for (const AbsenceRow& absence : absences) {
-        const auto student = sheet.studentRow(absence.student);
-        const auto column =
-            student ? sheet.columnOf(*student, absence.date, absence.lesson) : std::nullopt;
-        if (column)
-            sheet.students[*student].cells[*column] += absence.hours;
-        else
-            sheet.notices << u"Невозможно отобразить пропуск: "_s
-                                 + absence.date.toString(u"dd.MM.yyyy"_s) + u'.';
-    }
-}
-
-} // namespace
-
 Attendance::Attendance(jet::Database& database, shell::Wording wording, shell::Prompt& prompt,
                        shell::StatusLine& status)
     : m_database(database)
@@ -67,31 +40,13 @@ std::optional<AttendanceSheet> Attendance::load(const AttendanceSelection& selec
         return std::nullopt;
 
     say(u"Идет заполнение таблицы посещаемости..."_s);
-    AttendanceSheet sheet;
-    sheet.selection = selection;
-    sheet.lessonHours = std::max(1, data::readSettingsRow(m_database).hoursPerLesson);
-    loadColumns(sheet);
-    sheet.students = readStudents(m_database, selection);
-    for (AttendanceStudent& student : sheet.students)
-        student.cells.resize(sheet.columns.size());
-    placeStartBalances(sheet, readStartBalances(m_database, selection));
-    placeAbsences(sheet, readMonthAbsences(m_database, selection));
-    sheet.computeTotals();
+    AttendanceSheet sheet = readAttendanceSheet(m_database, selection);
+    if (selection.mode == AttendanceMode::Lessons && sheet.columns.empty())
+        m_prompt.information(worded(m_wording, u"Справочник занятий не заполнен на этот месяц."_s));
     for (const QString& notice : sheet.notices)
         say(notice);
     say(u"Готово."_s);
     return sheet;
-}
-
-void Attendance::loadColumns(AttendanceSheet& sheet)
-{
-    if (sheet.selection.mode == AttendanceMode::Days) {
-        sheet.columns = readDayColumns(m_database, sheet.selection);
-        return;
-    }
-    sheet.columns = readLessonColumns(m_database, sheet.selection, sheet.lessonHours);
-    if (sheet.columns.empty())
-        m_prompt.information(worded(m_wording, u"Справочник занятий не заполнен на этот месяц."_s));
 }
 
 bool Attendance::checkMonth(Month month)

@@ -77,7 +77,6 @@ public:
 
 private:
     bool checkMonth(Month month);
-    void loadColumns(AttendanceSheet& sheet);
     bool checkCell(const AttendanceSheet& sheet, GridCell cell);
     QString carryOut(AbsenceAction action, const AttendanceSheet& sheet, GridCell cell);
     void say(const QString& text);

@@ -35,6 +35,30 @@ std::string disciplineCondition(const AttendanceSelection& selection, const std:
                                 : std::string();
 }
 
+// The hours of each student (in each discipline) from a day to the one before `end`.
+std::vector<AbsenceRow> readSums(jet::Database& database, const AttendanceSelection& selection,
+                                 QDate from, QDate end, bool byDiscipline = false)
+{
+    const std::string discipline = byDiscipline ? ", POS.IDD" : "";
+    auto rows = database.query(
+        "SELECT POS.ID, Sum(POS.uv) AS [Suv], Sum(POS.nuv) AS [Snuv]" + discipline
+        + " FROM POS INNER JOIN SPSTUD ON POS.ID = SPSTUD.ID Where ("
+        + disciplineCondition(selection, "((POS.IDD)=", ") AND ") + "((POS.dat) < " + dateText(end)
+        + ") And ((POS.dat) >= " + dateText(from) + ") And ((SPSTUD.IDG) = " + groupText(selection)
+        + ")) and " + enrolledCondition(selection.studentSubgroup()) + " GROUP BY POS.ID"
+        + discipline + ";");
+    std::vector<AbsenceRow> sums;
+    while (rows.next()) {
+        AbsenceRow row;
+        row.student = StudentId{static_cast<int>(rows.integer(0))};
+        row.hours = {static_cast<int>(rows.integer(1)), static_cast<int>(rows.integer(2))};
+        if (byDiscipline)
+            row.discipline = DisciplineId{static_cast<int>(rows.integer(3))};
+        sums.push_back(row);
+    }
+    return sums;
+}
+
 void markDaysOff(jet::Database& database, std::vector<AttendanceColumn>& columns)
 {
     const DaysOff daysOff(database);
@@ -124,22 +148,7 @@ readLessonColumns(jet::Database& database, const AttendanceSelection& selection,
 std::vector<AbsenceRow> readStartBalances(jet::Database& database,
                                           const AttendanceSelection& selection)
 {
-    auto rows = database.query(
-        R"(SELECT POS.ID, Sum(POS.uv) AS [Suv], Sum(POS.nuv) AS [Snuv]
-                                  FROM POS INNER JOIN SPSTUD ON POS.ID = SPSTUD.ID
-                                  Where ()"
-        + disciplineCondition(selection, "((POS.IDD)=", ") AND ") + "((POS.dat) < "
-        + dateText(selection.month.first()) + ") And ((POS.dat) >= "
-        + dateText(selection.month.balanceStart()) + ") And ((SPSTUD.IDG) = " + groupText(selection)
-        + ")) and " + enrolledCondition(selection.studentSubgroup()) + " GROUP BY POS.ID;");
-    std::vector<AbsenceRow> balances;
-    while (rows.next())
-        balances.push_back(
-            {StudentId{static_cast<int>(rows.integer(0))},
-             QDate(),
-             0,
-             {static_cast<int>(rows.integer(1)), static_cast<int>(rows.integer(2))}});
-    return balances;
+    return readSums(database, selection, selection.month.balanceStart(), selection.month.first());
 }
 
 std::vector<AbsenceRow> readMonthAbsences(jet::Database& database,
@@ -160,10 +169,24 @@ std::vector<AbsenceRow> readMonthAbsences(jet::Database& database,
     while (rows.next())
         absences.push_back(
             {StudentId{static_cast<int>(rows.integer(0))},
+             {},
              data::toDate(rows.date(1)),
              lesson.empty() ? 0 : static_cast<int>(rows.integer(2)),
              {static_cast<int>(rows.integer(hours)), static_cast<int>(rows.integer(hours + 1))}});
     return absences;
+}
+
+std::vector<AbsenceRow> readAbsenceSums(jet::Database& database,
+                                        const AttendanceSelection& selection, const Period& period)
+{
+    return readSums(database, selection, period.from, period.to.addDays(1));
+}
+
+std::vector<AbsenceRow> readDisciplineAbsences(jet::Database& database,
+                                               const AttendanceSelection& selection)
+{
+    return readSums(database, selection, selection.month.first(), selection.month.last().addDays(1),
+                    true);
 }
 
 } // namespace journals

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "journals/attendancesheet.h"
+#include "journals/studyperiod.h"
 
 #include <vector>
 
@@ -14,8 +15,9 @@ namespace journals {
 struct AbsenceRow
 {
     StudentId student{};
-    QDate date;     // not set in balances
-    int lesson = 0; // 0 where lessons of a day are summed
+    DisciplineId discipline{}; // set in readDisciplineAbsences() only
+    QDate date;                // not set in sums
+    int lesson = 0;            // 0 where lessons of a day are summed
     Absence hours;
 };
 
@@ -36,5 +38,12 @@ std::vector<AbsenceRow> readStartBalances(jet::Database& database,
 // The hours of the month by student and day, or by student, day and lesson.
 std::vector<AbsenceRow> readMonthAbsences(jet::Database& database,
                                           const AttendanceSelection& selection);
+
+// The hours of each student in the period, whatever month the selection names.
+std::vector<AbsenceRow> readAbsenceSums(jet::Database& database,
+                                        const AttendanceSelection& selection, const Period& period);
+// The hours of the month by student and discipline.
+std::vector<AbsenceRow> readDisciplineAbsences(jet::Database& database,
+                                               const AttendanceSelection& selection);
 
 } // namespace journals

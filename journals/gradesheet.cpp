@@ -44,12 +44,16 @@ void MarkSum::add(int grade)
     ++count;
 }
 
+std::optional<int> MarkSum::hundredths() const
+{
+    return count == 0 ? std::nullopt : std::optional((200 * sum + count) / (2 * count));
+}
+
 QString MarkSum::text() const
 {
-    if (count == 0)
-        return {};
-    const int hundredths = (200 * sum + count) / (2 * count);
-    return u"%1,%2"_s.arg(hundredths / 100).arg(hundredths % 100, 2, 10, QChar(u'0'));
+    const auto average = hundredths();
+    return average ? u"%1,%2"_s.arg(*average / 100).arg(*average % 100, 2, 10, QChar(u'0'))
+                   : QString();
 }
 
 bool GradeSheet::holds(GradePlace place) const

@@ -84,6 +84,8 @@ struct MarkSum
     int count = 0;
 
     void add(int grade);
+    // The average in hundredths, halves rounded up; nothing without marks.
+    std::optional<int> hundredths() const;
     // The average with two decimals, halves rounded up, as "4,67"; "" without marks.
     QString text() const;
 };

@@ -9,7 +9,6 @@
 #include "papers/frame.h"
 
 #include <QAbstractItemModel>
-#include <QLocale>
 
 #include <algorithm>
 #include <cstdlib>
@@ -117,12 +116,6 @@ std::vector<double> widths(const QAbstractItemModel& model)
     result[kNumberColumn] = kNumberWidth;
     result[kNameColumn] = kNameWidth;
     return result;
-}
-
-QString monthText(Month month)
-{
-    return QLocale(QLocale::Russian).standaloneMonthName(month.month).toLower() + u' '
-           + QString::number(month.year) + u" г."_s;
 }
 
 QStringList whose(const JournalNames& names, std::optional<int> subgroup,

@@ -1,10 +1,17 @@
 #include "journals/month.h"
 
+#include "shell/names.h"
+
 #include <QStringList>
 
 using namespace Qt::StringLiterals;
 
 namespace journals {
+
+QString monthText(Month month)
+{
+    return shell::monthName(month.month).toLower() + u' ' + QString::number(month.year) + u" г."_s;
+}
 
 QString spokenDay(QDate date)
 {

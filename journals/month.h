@@ -25,6 +25,8 @@ struct Month
     friend bool operator==(const Month&, const Month&) = default;
 };
 
+// "ноябрь 2025 г."
+QString monthText(Month month);
 // "12 ноября", as a date is read out.
 QString spokenDay(QDate date);
 // "Пн" for Monday to "Вс" for Sunday.

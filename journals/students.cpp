@@ -47,7 +47,7 @@ QString withInitials(const QString& name)
     const QStringList parts = name.split(u' ', Qt::SkipEmptyParts);
     QString text = parts.value(0);
     for (const QString& part : parts.mid(1))
-        text += QString(u' ') + part.at(0) + u'.';
+        text += u' ' + (part.contains(u'.') ? part : part.first(1) + u'.');
     return text;
 }
 

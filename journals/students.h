@@ -31,7 +31,7 @@ std::vector<Student> readStudents(jet::Database& database, GroupId group,
 // one is given; an empty subgroup counts as 0.
 std::string enrolledCondition(std::optional<int> subgroup);
 
-// "Иванов И. И." of "Иванов Иван Иванович".
+// "Иванов И. И." of "Иванов Иван Иванович"; initials stay as they are.
 QString withInitials(const QString& name);
 
 } // namespace journals

@@ -109,7 +109,8 @@ private:
         std::string digits = "0";
         if (cell.decimals > 0)
             digits += '.' + std::string(static_cast<std::size_t>(cell.decimals), '0');
-        format_set_num_format(format, hidesZero ? "0;-0;;@" : digits.c_str());
+        const std::string hidden = digits + ";-" + digits + ";;@";
+        format_set_num_format(format, (hidesZero ? hidden : digits).c_str());
         return format;
     }
 
@@ -204,7 +205,12 @@ private:
         if (cell.columns > 1 || cell.rows > 1)
             check(worksheet_merge_range(&m_sheet, row(line), column(at), row(line + cell.rows - 1),
                                         column(at + cell.columns - 1), "", format));
-        if (!cell.formula.isEmpty())
+        const auto* text = std::get_if<QString>(&cell.value);
+        if (!cell.formula.isEmpty() && text)
+            check(worksheet_write_formula_str(&m_sheet, row(line), column(at),
+                                              data::toUtf8(u'=' + cell.formula).c_str(), format,
+                                              cellText(*text).c_str()));
+        else if (!cell.formula.isEmpty())
             check(worksheet_write_formula_num(&m_sheet, row(line), column(at),
                                               data::toUtf8(u'=' + cell.formula).c_str(), format,
                                               number ? *number : 0));
