@@ -170,7 +170,7 @@ QString GradeModel::text(int row, int column) const
 // "Иванов И. И., 12 ноября, оценка 5, не сохранено".
 QString GradeModel::spokenText(int row, int column) const
 {
-    const QString shown = text(row, column);
+    QString shown = text(row, column);
     if (column < kLeadColumns)
         return shown;
     const QString where = text(row, 1) + u", "_s + spokenHeader(column) + u", "_s;

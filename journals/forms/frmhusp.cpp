@@ -5,11 +5,10 @@
 #include "journals/forms/columnwidths.h"
 #include "journals/forms/frmavtor.h"
 #include "journals/forms/gradekeys.h"
+#include "journals/forms/gradeselectors.h"
 #include "journals/forms/gridcells.h"
 #include "journals/forms/journaldelegate.h"
 #include "journals/forms/journalprint.h"
-#include "journals/forms/journalselectors.h"
-#include "journals/worded.h"
 #include "shell/forms/paletteicon.h"
 #include "shell/forms/runcommand.h"
 #include "shell/names.h"
@@ -20,7 +19,6 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QSignalBlocker>
 
 #include <algorithm>
 #include <optional>
@@ -33,7 +31,6 @@ static void initJournalIcons()
 
 using namespace Qt::StringLiterals;
 using shell::JournalAction;
-using shell::Setting;
 
 namespace journals {
 namespace {
@@ -52,24 +49,22 @@ frmHUsp::frmHUsp(const JournalParts& parts, QWidget* parent)
 {
     ui->setupUi(this);
     m_model = new GradeModel(m_book, parts.session.wording(), this);
-    m_selectors = new JournalSelectors(
-        parts, {ui->cboGroup, ui->cboSubgroup, ui->cboDiscipline, ui->cboMonth, ui->spinYear},
-        u"ВСЕ ПРЕДМЕТЫ"_s, kNotFilled, this);
-    m_selectors->setDisciplineSource([this] { return m_book.disciplines(selection()); });
-    m_selectors->setFallback(JournalSelectors::Fallback::NoDiscipline);
+    const GradeSelectors::Boxes boxes{
+        {ui->cboGroup, ui->cboSubgroup, ui->cboDiscipline, ui->cboMonth, ui->spinYear},
+        ui->cboMode,
+        ui->cboPeriod,
+        {ui->lblMonth, ui->cboMonth, ui->lblYear, ui->spinYear},
+        {ui->lblPeriod, ui->cboPeriod}};
+    m_selectors = new GradeSelectors(
+        parts, boxes, kNotFilled,
+        [this](const GradeSelection& selection) { return m_book.disciplines(selection); }, this);
     applyWording();
     setUpGrid();
     setUpCommands();
-    fillPeriods();
-    loadSettings();
-    connect(&m_parts.session, &shell::Session::settingsChanged, this, &frmHUsp::fillPeriods);
-    m_selectors->start();
-    connect(m_selectors, &JournalSelectors::changed, this, &frmHUsp::selectionChanged);
-    connect(ui->cboMode, &QComboBox::currentIndexChanged, this, &frmHUsp::modeChanged);
-    connect(ui->cboPeriod, &QComboBox::currentIndexChanged, this, &frmHUsp::modeChanged);
-    showSelectors();
+    m_widths->restore(parts.settings.remembered(kWidths));
     showSheet();
-    restoreGroup();
+    connect(m_selectors, &GradeSelectors::changed, this, &frmHUsp::selectionChanged);
+    m_selectors->start();
     refreshCommands();
     setFocusProxy(ui->cboGroup);
 }
@@ -120,136 +115,23 @@ void frmHUsp::applyWording()
                  m_parts.session.wording());
 }
 
-void frmHUsp::fillPeriods()
-{
-    const QSignalBlocker quiet(ui->cboPeriod);
-    const int kept = std::max(0, ui->cboPeriod->currentIndex());
-    m_years = studyYears(studyPeriod(m_parts.session.settings()));
-    ui->cboPeriod->clear();
-    for (const StudyYear& year : m_years)
-        ui->cboPeriod->addItem(year.label);
-    ui->cboPeriod->setCurrentIndex(kept);
-}
-
-void frmHUsp::loadSettings()
-{
-    const shell::Settings& settings = m_parts.settings;
-    m_selectors->setMonth(settings.number(Setting::GradeMonth),
-                          settings.number(Setting::GradeYear));
-    const int mode = settings.number(Setting::GradeMode);
-    ui->cboMode->setCurrentIndex(mode >= 0 && mode < ui->cboMode->count() ? mode : 0);
-    ui->cboPeriod->setCurrentIndex(
-        std::max(0, ui->cboPeriod->findText(settings.text(Setting::GradePeriod))));
-    m_widths->restore(settings.remembered(kWidths));
-}
-
-void frmHUsp::restoreGroup()
-{
-    const int group = m_parts.settings.number(Setting::GradeGroup);
-    if (group != 0)
-        ui->cboGroup->setCurrentIndex(ui->cboGroup->findData(group));
-}
-
-void frmHUsp::saveSettings()
-{
-    shell::Settings& settings = m_parts.settings;
-    settings.setNumber(Setting::GradeMonth, ui->cboMonth->currentIndex() + 1);
-    settings.setNumber(Setting::GradeYear, ui->spinYear->value());
-    settings.setNumber(Setting::GradeMode, ui->cboMode->currentIndex());
-    settings.setNumber(Setting::GradeGroup, ui->cboGroup->currentData().toInt());
-    settings.setText(Setting::GradePeriod, ui->cboPeriod->currentText());
-    settings.remember(kWidths, m_widths->save());
-}
-
 void frmHUsp::closeEvent(QCloseEvent* event)
 {
     if (!mayLeave()) {
         event->ignore();
         return;
     }
-    saveSettings();
+    m_selectors->save();
+    m_parts.settings.remember(kWidths, m_widths->save());
     JournalActions::closeEvent(event);
-}
-
-GradeSelection frmHUsp::selection() const
-{
-    const JournalSelectors::Chosen chosen = m_selectors->chosen();
-    const auto year = static_cast<std::size_t>(std::max(0, ui->cboPeriod->currentIndex()));
-    return {chosen.group,
-            chosen.subgroup,
-            chosen.allDisciplines,
-            chosen.discipline,
-            chosen.month,
-            m_years.at(year).days,
-            static_cast<GradeMode>(ui->cboMode->currentIndex())};
-}
-
-void frmHUsp::modeChanged()
-{
-    if (mayLeave()) {
-        m_currentLater = false;
-        showSelectors();
-        m_selectors->refreshDisciplines();
-    } else {
-        restoreSelection();
-    }
 }
 
 void frmHUsp::selectionChanged()
 {
     if (mayLeave())
         refill();
-    else
-        restoreSelection();
-}
-
-// There are no current grades of all disciplines, so the monthly ones are shown until one
-// discipline is chosen again.
-void frmHUsp::followDiscipline()
-{
-    const GradeSelection chosen = selection();
-    if (chosen.allDisciplines && chosen.mode == GradeMode::Current) {
-        setMode(GradeMode::Monthly);
-        m_currentLater = true;
-    } else if (chosen.discipline && m_currentLater) {
-        setMode(GradeMode::Current);
-        m_currentLater = false;
-    }
-}
-
-void frmHUsp::setMode(GradeMode mode)
-{
-    const QSignalBlocker quiet(ui->cboMode);
-    ui->cboMode->setCurrentIndex(static_cast<int>(mode));
-}
-
-// Only what the grid depends on: a month or a study year.
-void frmHUsp::showSelectors()
-{
-    const bool month = selection().byMonth();
-    for (QWidget* widget :
-         std::initializer_list<QWidget*>{ui->lblMonth, ui->cboMonth, ui->lblYear, ui->spinYear})
-        widget->setVisible(month);
-    ui->lblPeriod->setVisible(!month);
-    ui->cboPeriod->setVisible(!month);
-}
-
-// Back to what the grid shows.
-void frmHUsp::restoreSelection()
-{
-    const GradeSheet* sheet = m_model->sheet();
-    if (!sheet)
-        return;
-    const GradeSelection& shown = sheet->selection;
-    const QSignalBlocker quiet(ui->cboPeriod);
-    setMode(shown.mode);
-    const auto year = std::find_if(m_years.begin(), m_years.end(),
-                                   [&](const StudyYear& each) { return each.days == shown.year; });
-    if (year != m_years.end())
-        ui->cboPeriod->setCurrentIndex(static_cast<int>(year - m_years.begin()));
-    m_selectors->restore(
-        {shown.group, shown.subgroup, shown.allDisciplines, shown.discipline, shown.month});
-    showSelectors();
+    else if (m_model->sheet())
+        m_selectors->restore(m_model->sheet()->selection);
 }
 
 // False when unsaved grades are to stay; they are not when saving fails.
@@ -269,15 +151,13 @@ void frmHUsp::refresh()
 
 void frmHUsp::refill()
 {
-    followDiscipline();
-    const GradeSelection wanted = selection();
+    const GradeSelection wanted = m_selectors->selection();
     const bool sameGrid = m_model->sheet() && m_model->sheet()->selection.group == wanted.group
                           && m_model->sheet()->selection.mode == wanted.mode;
     const QModelIndex place = sameGrid ? ui->HF1->currentIndex() : QModelIndex();
     const int row = place.row(), column = place.column();
     if (!shell::runCommand(m_parts.prompt, kNotFilled, [&] { m_model->load(wanted); }))
         m_model->clear();
-    showSelectors();
     showSheet();
     goTo(row, column);
     refreshCommands();
@@ -383,7 +263,7 @@ void frmHUsp::computeGrades()
     if (!mayLeave())
         return;
     shell::runCommand(m_parts.prompt, kNotWritten, [this] {
-        const GradeSelection shown = selection();
+        const GradeSelection shown = m_selectors->selection();
         FrmAvtoR dialog(m_parts.session, m_parts.prompt, m_parts.status, m_book.history(),
                         shown.group, shown.discipline, shown.month, this);
         dialog.exec();

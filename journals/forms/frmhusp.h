@@ -3,16 +3,14 @@
 #include "journals/forms/journalparts.h"
 #include "journals/gradebook.h"
 #include "journals/grademodel.h"
-#include "journals/studyyears.h"
 #include "shell/forms/journalactions.h"
 
 #include <memory>
-#include <vector>
 
 namespace journals {
 
 class ColumnWidths;
-class JournalSelectors;
+class GradeSelectors;
 
 namespace Ui {
 class frmHUsp;
@@ -41,17 +39,8 @@ private:
     void setUpGrid();
     void setUpCommands();
     void applyWording();
-    void fillPeriods();
-    void loadSettings();
-    void saveSettings();
-    void restoreGroup();
 
-    void modeChanged();
     void selectionChanged();
-    void showSelectors();
-    void followDiscipline();
-    void setMode(GradeMode mode);
-    void restoreSelection();
     bool mayLeave();
     void refresh();
     void refill();
@@ -67,16 +56,12 @@ private:
     bool gesture(const QKeyEvent& key);
     void refreshCommands();
 
-    GradeSelection selection() const;
-
     JournalParts m_parts;
     std::unique_ptr<Ui::frmHUsp> ui;
     GradeBook m_book;
     GradeModel* m_model = nullptr; // a child, so that it outlives the grid
-    JournalSelectors* m_selectors = nullptr;
+    GradeSelectors* m_selectors = nullptr;
     ColumnWidths* m_widths = nullptr;
-    std::vector<StudyYear> m_years;
-    bool m_currentLater = false; // current grades again with the next discipline
 };
 
 } // namespace journals
