@@ -23,6 +23,8 @@ int checkGradeFills(OpenJournal& journal);
 // Time from the command to results on disk, computed and written for one group in one discipline.
 int checkFinals(OpenJournal& journal);
 
+// Time from the command to rows on disk, three months of lessons missed by one student.
+int checkPeriod(OpenJournal& journal);
 
 // Prints the line of a figure; 1 when it is beyond its limit, else 0.
 int report(const std::string& name, double measured, double limit, const char* unit);

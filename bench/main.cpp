@@ -28,6 +28,7 @@ try {
     missed += bench::checkFirstFill(journal);
     missed += bench::checkGradeFills(journal);
     missed += bench::checkFinals(journal);
+    missed += bench::checkPeriod(journal);
     std::printf("\n");
     bench::Peer peer(journal.database(), scratch / "peer.sqlite");
     bench::Bench bench{journal, peer, argv[2]};
