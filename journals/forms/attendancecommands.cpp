@@ -4,7 +4,7 @@
 #include "journals/attendancemodel.h"
 #include "journals/forms/frmhposstud.h"
 #include "journals/forms/frmhposstudper.h"
-#include "journals/forms/tableclip.h"
+#include "journals/forms/gridcells.h"
 #include "journals/history.h"
 #include "journals/worded.h"
 #include "shell/forms/runcommand.h"
@@ -13,8 +13,6 @@
 #include "shell/statusline.h"
 
 #include <QAction>
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QMenu>
 #include <QTableView>
@@ -47,12 +45,7 @@ AttendanceCommands::~AttendanceCommands() = default;
 
 void AttendanceCommands::offer(QAction* command, const QString& text)
 {
-    auto* item = new QAction(worded(m_parts.session.wording(), text), &m_grid);
-    connect(item, &QAction::triggered, command, &QAction::trigger);
-    connect(command, &QAction::changed, item,
-            [item, command] { item->setEnabled(command->isEnabled()); });
-    item->setEnabled(command->isEnabled());
-    m_grid.addAction(item);
+    offerInMenu(m_grid, *command, worded(m_parts.session.wording(), text));
 }
 
 void AttendanceCommands::offerInMenus()
@@ -74,18 +67,12 @@ void AttendanceCommands::offerInMenus()
 
 QModelIndexList AttendanceCommands::chosenCells() const
 {
-    const QModelIndex current = m_grid.currentIndex();
-    QModelIndexList selected = m_grid.selectionModel()->selectedIndexes();
-    if (selected.contains(current))
-        return selected;
-    return current.isValid() ? QModelIndexList{current} : QModelIndexList();
+    return journals::chosenCells(m_grid);
 }
 
 void AttendanceCommands::copy() const
 {
-    const QModelIndexList cells = chosenCells();
-    if (!cells.isEmpty())
-        QGuiApplication::clipboard()->setText(tableText(cells));
+    copyCells(m_grid);
 }
 
 void AttendanceCommands::showHeaderMenu(const QPoint& at)
