@@ -89,6 +89,7 @@ std::vector<RowScope> scopesOf(const AttendanceSheet& sheet, const std::vector<G
         scope.to = std::max(scope.to, place.date);
     }
     std::vector<RowScope> all;
+    all.reserve(scopes.size());
     for (const auto& [student, scope] : scopes)
         all.push_back(scope);
     return all;
