@@ -40,6 +40,21 @@ std::set<LessonTime> recordedTimes(jet::Database& database, StudentId student, Q
     return times;
 }
 
+// All students of the group with the full name, the student himself first: an absence for a
+// period goes by the name.
+std::vector<StudentId> ofThatName(jet::Database& database, const StudentHead& student)
+{
+    auto rows = database.query(R"(SELECT ID From SPSTUD
+                                  WHERE Trim(FAM & " " & IM & " " & OTCH) = )"
+                               + sql::text(data::toUtf8(student.name)) + " AND IDG="
+                               + sql::number(keyNumber(student.group)) + " ORDER BY ID;");
+    std::vector<StudentId> students{student.id};
+    while (rows.next())
+        if (const StudentId id{static_cast<int>(rows.integer(0))}; id != student.id)
+            students.push_back(id);
+    return students;
+}
+
 } // namespace
 
 QStringList PeriodConflict::texts() const
@@ -69,28 +84,41 @@ PeriodAbsence::PeriodAbsence(jet::Database& database, PeriodRequest request)
     if (!m_request.from.isValid() || !m_request.to.isValid() || m_request.from > m_request.to)
         return;
     std::map<GroupId, std::vector<GroupLesson>> known;
-    for (const StudentId id : m_request.students) {
-        auto student = readStudentHead(m_database, id);
-        if (!student)
+    std::set<StudentId> taken;
+    for (const StudentId asked : m_request.students) {
+        const auto head = readStudentHead(m_database, asked);
+        if (!head)
             continue;
-        auto [lessons, isNew] = known.try_emplace(student->group);
+        const auto [lessons, isNew] = known.try_emplace(head->group);
         if (isNew)
             lessons->second =
-                readGroupLessons(m_database, student->group, m_request.from, m_request.to);
-        Plan plan{std::move(*student), {}, {}};
-        const auto end = lessons->second.end();
-        for (auto first = lessons->second.begin(); first != end;) {
-            const auto next = std::find_if(first, end, [&](const GroupLesson& lesson) {
-                return lesson.date != first->date || lesson.number != first->number;
-            });
-            if (std::distance(first, next) == 1)
-                plan.lessons.push_back(*first);
-            else
-                plan.open.emplace_back(first, next);
-            first = next;
-        }
-        m_plans.push_back(std::move(plan));
+                readGroupLessons(m_database, head->group, m_request.from, m_request.to);
+        for (const StudentId id : ofThatName(m_database, *head))
+            if (auto student = readStudentHead(m_database, id); student && taken.insert(id).second)
+                plan(std::move(*student), lessons->second);
     }
+    for (const StudentId asked : m_request.students)
+        taken.erase(asked);
+    for (const Plan& plan : m_plans)
+        if (taken.contains(plan.student.id))
+            m_namesakes << plan.student.name;
+    m_namesakes.removeDuplicates();
+}
+
+void PeriodAbsence::plan(StudentHead student, const std::vector<GroupLesson>& lessons)
+{
+    Plan plan{std::move(student), {}, {}};
+    for (auto first = lessons.begin(); first != lessons.end();) {
+        const auto next = std::find_if(first, lessons.end(), [&](const GroupLesson& lesson) {
+            return lesson.date != first->date || lesson.number != first->number;
+        });
+        if (std::distance(first, next) == 1)
+            plan.lessons.push_back(*first);
+        else
+            plan.open.emplace_back(first, next);
+        first = next;
+    }
+    m_plans.push_back(std::move(plan));
 }
 
 QString PeriodAbsence::problem() const

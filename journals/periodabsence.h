@@ -63,6 +63,9 @@ public:
 
     // Why nothing can be written, "" when it can be.
     QString problem() const;
+    // Full names that further students of the group bear: they are absent as well, since a
+    // period goes by the name.
+    const QStringList& namesakes() const { return m_namesakes; }
 
     // The next choice to make; nothing when all are made.
     std::optional<PeriodConflict> conflict() const;
@@ -86,10 +89,12 @@ private:
     Plan* nextOpen();
     const Plan* nextOpen() const;
     QString stepName() const;
+    void plan(StudentHead student, const std::vector<GroupLesson>& lessons);
     void writePlan(const Plan& plan, PeriodOutcome& outcome) const;
 
     jet::Database& m_database;
     PeriodRequest m_request;
+    QStringList m_namesakes;
     std::vector<Plan> m_plans;
 };
 

@@ -101,7 +101,11 @@ void frmHPosStudPer::begin()
     PeriodAbsence period(m_parts.session.database(), request());
     const QString problem = period.problem();
     if (problem.isEmpty()) {
-        m_period.emplace(std::move(period));
+        if (period.namesakes().isEmpty()
+            || m_parts.prompt.question(
+                u"Полные тезки в группе: "_s + period.namesakes().join(u", "_s)
+                + u". Пропуски будут записаны каждому из них. Продолжить?"_s))
+            m_period.emplace(std::move(period));
         return;
     }
     m_parts.prompt.exclamation(worded(m_parts.session.wording(), problem));

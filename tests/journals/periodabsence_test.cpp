@@ -61,7 +61,7 @@ protected:
     int group = file.group("ИС-21");
     int ivanov = file.student(group, "Иванов", "Иван", "Иванович", 2);
     int petrov = file.student(group, "Петров", "Пётр", "");
-    int namesake = file.student(group, "Иванов", "Иван", "Иванович", 1);
+    int brother = file.student(group, "Иванов", "Игорь", "Иванович", 1);
     int maths = file.discipline("Математика");
     int physics = file.discipline("Физика");
 };
@@ -86,7 +86,7 @@ TEST_F(PeriodAbsenceTest, EachConflictIsAskedWithTheOwnSubgroupOffered)
     EXPECT_EQ(write(period).written, 4);
     EXPECT_EQ(written(ivanov), (QStringList{u"14 1 м/0 0/2"_s, u"14 2 ф/1 0/2"_s, u"15 1 м/0 0/2"_s,
                                             u"15 2 ф/2 0/2"_s}));
-    EXPECT_EQ(written(namesake), QStringList());
+    EXPECT_EQ(written(brother), QStringList());
 }
 
 TEST_F(PeriodAbsenceTest, AChoiceForLaterSettlesTheDisciplineOnly)
@@ -164,6 +164,24 @@ TEST_F(PeriodAbsenceTest, SeveralStudentsAreOneStepAndEachIsAsked)
     EXPECT_TRUE(history.undo());
     EXPECT_EQ(file.absences(), before);
     EXPECT_EQ(history.undoText(), QString());
+}
+
+TEST_F(PeriodAbsenceTest, GoesByTheFullNameWithinTheGroup)
+{
+    const int namesake = file.student(group, "Иванов", "Иван", "Иванович", 1);
+    file.student(file.group("ИС-23"), "Иванов", "Иван", "Иванович");
+    PeriodAbsence period(file.database(), request(first, first));
+    EXPECT_EQ(period.namesakes(), QStringList{u"Иванов Иван Иванович"_s});
+    EXPECT_EQ(period.conflictsLeft(), 2);
+    period.choose(1, false);
+    period.choose(0, false);
+    EXPECT_EQ(write(period).text(), u"Записано пропусков: 4. Студентов: 2."_s);
+    EXPECT_EQ(written(ivanov), (QStringList{u"14 1 м/0 0/2"_s, u"14 2 ф/2 0/2"_s}));
+    EXPECT_EQ(written(namesake), (QStringList{u"14 1 м/0 0/2"_s, u"14 2 ф/1 0/2"_s}));
+
+    PeriodAbsence both(file.database(), request(first, first, {ivanov, namesake}));
+    EXPECT_EQ(both.namesakes(), QStringList()) << "both were asked for";
+    EXPECT_EQ(both.conflictsLeft(), 2);
 }
 
 TEST_F(PeriodAbsenceTest, SaysWhyNothingIsWritten)
