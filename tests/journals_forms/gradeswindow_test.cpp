@@ -123,6 +123,7 @@ TEST_F(GradesWindow, AMonthIsTypedDownTheColumns)
 {
     open(true);
     EXPECT_EQ(withoutAccessibleName(*window), "");
+    EXPECT_LE(window->minimumSizeHint().width(), 900) << "fits a small screen";
     EXPECT_EQ(grid->currentIndex().column(), kFirst + 6) << "the first open day";
     for (int day = 7; day <= 30; ++day) {
         select(0, day);
