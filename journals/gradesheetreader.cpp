@@ -158,4 +158,30 @@ GradeSheet readGradeSheet(jet::Database& database, const GradeSelection& selecti
     return sheet;
 }
 
+std::vector<DisciplineSheet> readYearSheets(jet::Database& database, GradeSelection selection)
+{
+    selection.mode = GradeMode::Monthly;
+    selection.allDisciplines = false;
+    selection.discipline.reset();
+    const auto grades = readGrades(database, selection);
+    std::map<DisciplineId, std::vector<FoundGrade>> byDiscipline;
+    for (const FoundGrade& grade : grades)
+        byDiscipline[grade.discipline].push_back(grade);
+    const auto students =
+        readStudents(database, selection.group.value(), selection.studentSubgroup());
+    std::vector<DisciplineSheet> sheets;
+    for (const GradeColumn& discipline : disciplineColumns(database, selection, grades)) {
+        DisciplineSheet& each = sheets.emplace_back();
+        each.name = discipline.title;
+        selection.discipline = discipline.discipline;
+        each.sheet.selection = selection;
+        each.sheet.columns = yearColumns(selection);
+        for (const Student& student : students)
+            each.sheet.students.push_back(
+                {student.id, student.name, std::vector<GradeCell>(each.sheet.columns.size())});
+        placeGrades(each.sheet, byDiscipline[discipline.discipline]);
+    }
+    return sheets;
+}
+
 } // namespace journals

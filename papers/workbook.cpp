@@ -137,7 +137,7 @@ public:
         writeFrame();
         const int body = m_top + kFirstBodyRow - 1;
         writeRows(m_paper.head, headRow());
-        setHeadHeights();
+        setHeights();
         writeRows(m_paper.body, body);
         return writeNotes(body + static_cast<int>(m_paper.body.size()));
     }
@@ -223,19 +223,29 @@ private:
                                          cellText(shownText(cell)).c_str(), format));
     }
 
-    // Spreadsheet programs do not fit rows to rotated texts by themselves.
-    void setHeadHeights()
+    static double rotatedHeight(const Cell& cell)
     {
-        constexpr double kPointsPerLetter = 5.2, kLeast = 28, kMost = 130;
+        constexpr double kPointsPerLetter = 5.2, kMargin = 8;
+        return kPointsPerLetter * static_cast<double>(shownText(cell).size()) + kMargin;
+    }
+
+    // Spreadsheet programs do not fit rows to rotated texts by themselves.
+    void setHeights()
+    {
+        constexpr double kLeast = 28, kMost = 130;
         for (const PlacedCell& place : placed(m_paper.head)) {
-            double& height = m_headHeights[headRow() + place.row + place.cell->rows - 1];
-            const double needed =
-                place.cell->rotated
-                    ? kPointsPerLetter * static_cast<double>(shownText(*place.cell).size()) + 8
-                    : (m_paper.head.size() > 1 ? kLeast / 2 : kLeast);
+            double& height = m_heights[headRow() + place.row + place.cell->rows - 1];
+            const double needed = place.cell->rotated
+                                      ? rotatedHeight(*place.cell)
+                                      : (m_paper.head.size() > 1 ? kLeast / 2 : kLeast);
             height = std::clamp(std::max(height, needed), 0.0, kMost);
         }
-        for (const auto& [line, height] : m_headHeights)
+        for (const PlacedCell& place : placed(m_paper.body))
+            if (place.cell->rotated) {
+                double& height = m_heights[m_top + kFirstBodyRow - 1 + place.row];
+                height = std::clamp(std::max(height, rotatedHeight(*place.cell)), 0.0, kMost);
+            }
+        for (const auto& [line, height] : m_heights)
             check(worksheet_set_row(&m_sheet, row(line), height, nullptr));
     }
 
@@ -274,7 +284,7 @@ private:
     Formats& m_formats;
     const Paper& m_paper;
     int m_top;
-    std::map<int, double> m_headHeights; // points, by row
+    std::map<int, double> m_heights; // points, by row
 };
 
 void setUpPage(lxw_worksheet& sheet, const Paper& paper)

@@ -207,6 +207,12 @@ QStringList performanceLines(const StatementSource& source, const Performance& g
                         rateText(group.passRate()))};
 }
 
+QString performanceFormulas(const StatementSource& source)
+{
+    return worded(source.wording, u"По группе: качественная = студенты только с «4» и «5» / состав "
+                                  "× 100; общая = студенты с оценками без «2» / состав × 100."_s);
+}
+
 QString gradeFormulasLine()
 {
     return u"По графе: качественная = («5» + «4») / оценки 5, 4, 3, 2 × 100; общая = («5» + «4» + "

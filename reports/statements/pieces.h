@@ -66,6 +66,7 @@ QString countFormula(const QString& range, int grade);
 
 // The lines of the summary and of the foot-note.
 QStringList performanceLines(const StatementSource& source, const Performance& group);
+QString performanceFormulas(const StatementSource& source);
 QString gradeFormulasLine();
 QString attendanceLine(const AttendanceFigures& figures);
 QStringList attendanceFormulas(const StatementSource& source);

@@ -1,0 +1,267 @@
+#include "data/convert.h"
+#include "jet/database.h"
+#include "journals/attendancesheetreader.h"
+#include "journals/lists.h"
+#include "papers/frame.h"
+#include "reports/statements.h"
+#include "reports/statements/gradetable.h"
+#include "reports/worded.h"
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace reports {
+
+using namespace papers;
+
+namespace {
+
+constexpr double kGroupWidth = 24, kCuratorWidth = 34, kFigureWidth = 11.8; // mm
+constexpr int kLead = 3;                                                    // columns
+
+// The columns of figures, in order.
+enum Figure : int {
+    kSize,
+    kFives,
+    kFours,
+    kThrees,
+    kTwos,
+    kNoMarks,
+    kQuality,
+    kPassRate,
+    kAverage,
+    kTaught,
+    kPersonHours,
+    kMissed,
+    kExcused,
+    kUnexcused,
+    kPerStudent,
+    kAttendance,
+    kForgiving,
+    kFigures, // how many
+};
+
+struct Figures
+{
+    Performance performance;
+    AttendanceFigures attendance;
+
+    Figures& operator+=(const Figures& other)
+    {
+        performance += other.performance;
+        attendance += other.attendance;
+        return *this;
+    }
+};
+
+struct Group
+{
+    GroupRow row;
+    Figures figures;
+};
+
+// The groups of one speciality, by name.
+struct Speciality
+{
+    QString name;
+    std::vector<Group> groups;
+};
+
+Figures readFigures(const StatementSource& source, journals::Month month, journals::GroupId group)
+{
+    const GradeTable table = readGradeTable(source, monthGrades(source, month, group));
+    journals::AttendanceSelection absences;
+    absences.group = group;
+    absences.month = month;
+    const auto sheet = journals::readAttendanceSheet(source.database, absences);
+    return {table.performance(),
+            AttendanceFigures::ofGroup(
+                static_cast<int>(sheet.students.size()),
+                taughtHours(source.database, group, {month.first(), month.last()}),
+                sheet.monthTotal())};
+}
+
+// By name; groups without a speciality stand last.
+std::vector<Speciality> readSpecialities(const StatementSource& source, journals::Month month)
+{
+    std::vector<Speciality> specialities;
+    for (const auto& entry : journals::groupList(source.database)) {
+        Group group{readGroup(source.database, entry.key), readFigures(source, month, entry.key)};
+        const QString name = specialityText(group.row);
+        auto found = std::ranges::find(specialities, name, &Speciality::name);
+        if (found == specialities.end())
+            found = specialities.insert(found, {name, {}});
+        found->groups.push_back(std::move(group));
+    }
+    std::ranges::sort(specialities, [](const Speciality& left, const Speciality& right) {
+        if (left.name.isEmpty() != right.name.isEmpty())
+            return right.name.isEmpty();
+        return QString::localeAwareCompare(left.name, right.name) < 0;
+    });
+    return specialities;
+}
+
+int value(const Figures& figures, Figure figure)
+{
+    const Performance& students = figures.performance;
+    const AttendanceFigures& hours = figures.attendance;
+    switch (figure) {
+    case kSize:
+        return students.all();
+    case kFives:
+    case kFours:
+    case kThrees:
+    case kTwos:
+    case kNoMarks:
+        return students.students[static_cast<std::size_t>(figure - kFives)];
+    case kTaught:
+        return hours.hours;
+    case kPersonHours:
+        return hours.personHours;
+    case kMissed:
+        return hours.missed.total();
+    case kExcused:
+        return hours.missed.excused;
+    default:
+        return hours.missed.unexcused;
+    }
+}
+
+class SummaryTable
+{
+public:
+    explicit SummaryTable(const StatementSource& source)
+        : m_source(source)
+    {}
+
+    std::vector<Row> fill(const std::vector<Speciality>& specialities)
+    {
+        Figures all;
+        for (const Speciality& speciality : specialities)
+            all += add(speciality);
+        addSums(u"ВСЕГО ПО УЧЕБНОМУ ЗАВЕДЕНИЮ"_s, all, 0);
+        return std::move(m_body);
+    }
+
+private:
+    int line() const { return static_cast<int>(m_body.size()); }
+
+    Figures add(const Speciality& speciality)
+    {
+        const QString none = worded(m_source.wording, u"Без специальности"_s);
+        m_body.push_back(
+            {totalLabel(speciality.name.isEmpty() ? none : speciality.name, kLead + kFigures)});
+        const int first = line();
+        Figures sum;
+        for (const Group& group : speciality.groups) {
+            Row row{number(++m_number), text(group.row.name), text(group.row.curator)};
+            addFigures(row, group.figures);
+            m_body.push_back(std::move(row));
+            sum += group.figures;
+        }
+        addSums(worded(m_source.wording, u"Итого по специальности"_s), sum, first);
+        return sum;
+    }
+
+    void addSums(const QString& label, const Figures& sum, int first)
+    {
+        Row row{totalLabel(label, kLead)};
+        addFigures(row, sum);
+        for (int figure = 0; figure < kFigures; ++figure) {
+            Cell& cell = row[static_cast<std::size_t>(figure + 1)];
+            cell.bold = true;
+            // SUBTOTAL leaves out the subtotals above it.
+            if (cell.formula.isEmpty() && figure != kAverage && line() > first)
+                cell.formula = u"SUBTOTAL(9,%1:%2)"_s.arg(place(kLead + figure, first),
+                                                          place(kLead + figure, line() - 1));
+        }
+        m_body.push_back(std::move(row));
+    }
+
+    // A share in percent of the sum of the columns, computed in the row.
+    QString share(const QString& part, Figure whole, int factor = 100) const
+    {
+        return u"IF(%1=0,\"—\",(%2)/%1*%3)"_s.arg(at(whole), part, QString::number(factor));
+    }
+    QString at(Figure figure) const { return place(kLead + figure, line()); }
+
+    void addFigures(Row& row, const Figures& figures) const
+    {
+        const Performance& students = figures.performance;
+        const AttendanceFigures& hours = figures.attendance;
+        const QString good = at(kFives) + u'+' + at(kFours);
+        for (int figure = 0; figure < kFigures; ++figure) {
+            switch (figure) {
+            case kQuality:
+                row.push_back(rateCell(students.quality(), share(good, kSize)));
+                break;
+            case kPassRate:
+                row.push_back(
+                    rateCell(students.passRate(), share(good + u'+' + at(kThrees), kSize)));
+                break;
+            case kAverage:
+                row.push_back(averageCell(students.grades.average()));
+                break;
+            case kPerStudent:
+                row.push_back(rateCell(hours.perStudent(), share(at(kMissed), kSize, 1)));
+                break;
+            case kAttendance:
+                row.push_back(rateCell(hours.attendance(),
+                                       share(at(kPersonHours) + u'-' + at(kMissed), kPersonHours)));
+                break;
+            case kForgiving:
+                row.push_back(
+                    rateCell(hours.forgiving(),
+                             share(at(kPersonHours) + u'-' + at(kUnexcused), kPersonHours)));
+                break;
+            default:
+                row.push_back(number(value(figures, static_cast<Figure>(figure))));
+            }
+        }
+    }
+
+    const StatementSource& m_source;
+    std::vector<Row> m_body;
+    int m_number = 0;
+};
+
+std::vector<Row> headOf(const StatementSource& source)
+{
+    Row head{heading(u"№"_s), heading(worded(source.wording, u"Группа"_s)),
+             heading(worded(source.wording, u"Куратор"_s))};
+    for (const QString& figure :
+         {u"Состав"_s, u"на «5»"_s, u"на «4» и «5»"_s, u"с «3»"_s, u"с «2»"_s, u"без оценок"_s,
+          u"Качественная, %"_s, u"Общая, %"_s, u"Средний балл"_s, u"Выдано часов"_s,
+          u"Человеко-часов"_s, u"Пропущено всего"_s, u"по уважительным"_s, u"без уважительных"_s,
+          u"Пропущено на 1 чел."_s, u"Посещаемость, %"_s, u"с учетом уваж., %"_s})
+        head.push_back(rotatedHeading(figure));
+    return {head};
+}
+
+} // namespace
+
+std::vector<Paper> summaryStatement(const StatementSource& source, const ReportRequest& request)
+{
+    const auto specialities = readSpecialities(source, request.month);
+    Paper paper;
+    paper.name = reportTitle(ReportKind::Summary);
+    paper.title = u"СВОДНЫЙ ОТЧЕТ ПО УСПЕВАЕМОСТИ И ПОСЕЩАЕМОСТИ"_s;
+    paper.subtitle = u"за "_s + journals::monthText(request.month);
+    paper.widths = {kNumberWidth, kGroupWidth, kCuratorWidth};
+    paper.widths.insert(paper.widths.end(), kFigures, kFigureWidth);
+    paper.head = headOf(source);
+    paper.body = SummaryTable(source).fill(specialities);
+    paper.notes = {worded(source.wording,
+                          u"Каждый студент учтен один раз: без оценок; иначе с «2»; иначе с «3»; "
+                          "иначе на «4» и «5»; иначе на «5»."_s),
+                   performanceFormulas(source)};
+    paper.notes << attendanceFormulas(source)
+                << u"Проценты и средние итоговых строк вычислены по суммам, а не как среднее из "
+                   "процентов."_s;
+    addFrame(paper, source.settings);
+    return {std::move(paper)};
+}
+
+} // namespace reports
