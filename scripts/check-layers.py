@@ -19,9 +19,9 @@ ALLOWED = {
     "reports": ["reports", "journals", "papers", "sheets", "shell", "data", "jet"],
     "cli": ["cli", "demo", *LOGIC, "papers", "shell", "data", "jet"],
     "app": ["app", "demo", "shell/forms", *[f"{f}/forms" for f in LOGIC], *LOGIC, "shell", "data", "jet"],
-    "shell/forms": ["shell/forms", "shell", "data", "jet"],
+    "shell/forms": ["shell/forms", "sheets", "shell", "data", "jet"],
     "papers/forms": ["papers/forms", "papers", "sheets", "shell/forms", "shell", "data", "jet"],
-    **{f"{folder}/forms": [f"{folder}/forms", folder, *(["journals"] if folder == "reports" else []), "papers/forms", "papers", "shell/forms", "sheets", "shell", "data", "jet"] for folder in LOGIC},
+    **{f"{folder}/forms": [f"{folder}/forms", folder, *(["journals", "journals/forms"] if folder == "reports" else []), "papers/forms", "papers", "shell/forms", "sheets", "shell", "data", "jet"] for folder in LOGIC},
 }
 WIDGETS = re.compile(r"#include <Q(Widget|Dialog|MainWindow|MessageBox|TableView|Application|Mdi\w+)>")
 SQL = re.compile(r"\b(SELECT|DELETE|UPDATE|INSERT)\s+(\*|[A-Z]|INTO)")

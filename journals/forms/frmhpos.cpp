@@ -4,6 +4,7 @@
 #include "journals/forms/attendancecommands.h"
 #include "journals/forms/captions.h"
 #include "journals/forms/columnwidths.h"
+#include "journals/forms/gridcells.h"
 #include "journals/forms/journaldelegate.h"
 #include "journals/forms/journalprint.h"
 #include "journals/forms/journalselectors.h"
@@ -96,6 +97,9 @@ void frmHPos::setUpCommands()
     connect(ui->nuv, &QAction::triggered, this, [this] { act(AbsenceAction::MakeUnexcused); });
     connect(ui->keyDel, &QAction::triggered, this, [this] { act(AbsenceAction::Remove); });
     connect(ui->keyRefresh, &QAction::triggered, this, &frmHPos::refill);
+    addShortcut(*this, *ui->keyExport, u"Ctrl+E"_s);
+    connect(ui->keyExport, &QAction::triggered, this,
+            [this] { exportJournal(*m_model, heading(), m_parts); });
     connect(ui->keyEntry, &QAction::triggered, m_commands, &AttendanceCommands::enterHours);
     connect(ui->keyPer, &QAction::triggered, m_commands, &AttendanceCommands::enterPeriod);
 
@@ -109,6 +113,7 @@ void frmHPos::setUpCommands()
     m_commands->offer(ui->keyPer, u"Пропуск на п&ериод...\tF4"_s);
     m_commands->offerInMenus();
     m_commands->offer(ui->keyRefresh, u"&Обновить\tF3"_s);
+    m_commands->offer(ui->keyExport, u"Э&кспорт в файл...\tCtrl+E"_s);
 }
 
 void frmHPos::applyWording()
@@ -301,12 +306,14 @@ void frmHPos::run(JournalAction action)
     else if (action == JournalAction::Refresh)
         refill();
     else if (action == JournalAction::Print && m_model->sheet())
-        printJournal(
-            *m_model, u"attendance"_s,
-            attendanceHeading(m_model->sheet()->selection,
-                              {ui->cboGroup->currentText(), ui->cboDiscipline->currentText()},
-                              m_parts.session.wording()),
-            m_parts, this);
+        printJournal(*m_model, u"attendance"_s, heading(), m_parts, this);
+}
+
+JournalHeading frmHPos::heading() const
+{
+    return attendanceHeading(m_model->sheet()->selection,
+                             {ui->cboGroup->currentText(), ui->cboDiscipline->currentText()},
+                             m_parts.session.wording());
 }
 
 void frmHPos::refreshCommands()
@@ -318,6 +325,7 @@ void frmHPos::refreshCommands()
     };
     ui->keyIns->setEnabled(!cells.isEmpty());
     ui->keyDel->setEnabled(!cells.isEmpty());
+    ui->keyExport->setEnabled(m_parts.exportTable && m_model->sheet());
     ui->keyEntry->setEnabled(m_commands->hasCell());
     ui->keyPer->setEnabled(m_commands->hasStudent());
     ui->uv->setEnabled(offered(AbsenceAction::MakeExcused));

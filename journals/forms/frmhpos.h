@@ -3,6 +3,7 @@
 #include "journals/attendance.h"
 #include "journals/attendancemodel.h"
 #include "journals/forms/journalparts.h"
+#include "journals/journalpaper.h"
 #include "shell/forms/journalactions.h"
 
 #include <memory>
@@ -55,6 +56,7 @@ private:
     void wantMode(AttendanceMode mode);
     void act(AbsenceAction action);
     bool gesture(const QKeyEvent& key);
+    JournalHeading heading() const; // requires a sheet
     void refreshCommands();
 
     AttendanceSelection selection() const;

@@ -99,6 +99,9 @@ void frmHUsp::setUpCommands()
     connect(ui->keySave, &QAction::triggered, this, &frmHUsp::save);
     connect(ui->keyAvtoR, &QAction::triggered, this, &frmHUsp::computeGrades);
     connect(ui->keyRefresh, &QAction::triggered, this, &frmHUsp::refresh);
+    addShortcut(*this, *ui->keyExport, u"Ctrl+E"_s);
+    connect(ui->keyExport, &QAction::triggered, this,
+            [this] { exportJournal(*m_model, heading(), m_parts); });
     offerInMenu(*ui->HF1, *ui->keyIns, u"Поставить &оценку...\tF2"_s);
     offerInMenu(*ui->HF1, *ui->keyDel, u"У&далить оценку\tDelete"_s);
     offerInMenu(*ui->HF1, *ui->keySave, u"&Сохранить\tCtrl+S"_s);
@@ -106,6 +109,7 @@ void frmHUsp::setUpCommands()
     connect(copy, &QAction::triggered, this, [this] { copyCells(*ui->HF1); });
     ui->HF1->addAction(copy);
     offerInMenu(*ui->HF1, *ui->keyRefresh, u"О&бновить\tF3"_s);
+    offerInMenu(*ui->HF1, *ui->keyExport, u"&Экспорт в файл...\tCtrl+E"_s);
 }
 
 void frmHUsp::applyWording()
@@ -318,16 +322,18 @@ void frmHUsp::run(JournalAction action)
         break;
     case JournalAction::Print:
         if (m_model->sheet())
-            printJournal(
-                *m_model, u"grades"_s,
-                gradesHeading(m_model->sheet()->selection,
-                              {ui->cboGroup->currentText(), ui->cboDiscipline->currentText()},
-                              m_parts.session.wording()),
-                m_parts, this);
+            printJournal(*m_model, u"grades"_s, heading(), m_parts, this);
         break;
     default:
         break;
     }
+}
+
+JournalHeading frmHUsp::heading() const
+{
+    return gradesHeading(m_model->sheet()->selection,
+                         {ui->cboGroup->currentText(), ui->cboDiscipline->currentText()},
+                         m_parts.session.wording());
 }
 
 void frmHUsp::refreshCommands()
@@ -337,6 +343,7 @@ void frmHUsp::refreshCommands()
                             && !chosenCells(*ui->HF1).isEmpty();
     ui->keyIns->setEnabled(changeable);
     ui->keyDel->setEnabled(changeable);
+    ui->keyExport->setEnabled(m_parts.exportTable && sheet);
     ui->keyAvtoR->setEnabled(!m_book.readOnly());
     const int unsaved = m_book.unsaved();
     ui->keySave->setEnabled(unsaved > 0);

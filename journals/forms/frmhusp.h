@@ -3,6 +3,7 @@
 #include "journals/forms/journalparts.h"
 #include "journals/gradebook.h"
 #include "journals/grademodel.h"
+#include "journals/journalpaper.h"
 #include "shell/forms/journalactions.h"
 
 #include <memory>
@@ -54,6 +55,7 @@ private:
     void step(bool back);
     void computeGrades();
     bool gesture(const QKeyEvent& key);
+    JournalHeading heading() const; // requires a sheet
     void refreshCommands();
 
     JournalParts m_parts;

@@ -35,4 +35,11 @@ void offerInMenu(QTableView& grid, QAction& command, const QString& text)
     grid.addAction(item);
 }
 
+void addShortcut(QWidget& window, QAction& command, const QString& key)
+{
+    command.setShortcut(QKeySequence(key));
+    command.setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    window.addAction(&command);
+}
+
 } // namespace journals

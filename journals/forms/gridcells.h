@@ -5,6 +5,7 @@
 
 class QAction;
 class QTableView;
+class QWidget;
 
 // What the grids of both journals do alike.
 namespace journals {
@@ -20,5 +21,8 @@ void copyCells(const QTableView& grid);
 // after a tab: they are handled by the window, so that a letter typed into a selector is never
 // a command.
 void offerInMenu(QTableView& grid, QAction& command, const QString& text);
+
+// Lets the key press the command wherever the focus stands in the journal's window.
+void addShortcut(QWidget& window, QAction& command, const QString& key);
 
 } // namespace journals

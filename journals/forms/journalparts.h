@@ -1,5 +1,10 @@
 #pragma once
 
+#include <functional>
+
+namespace sheets {
+struct Table;
+}
 namespace shell {
 class Prompt;
 class Session;
@@ -16,6 +21,8 @@ struct JournalParts
     shell::Settings& settings;
     shell::Prompt& prompt;
     shell::StatusLine& status;
+    // Writes the grid to a file that the user names; without it the command is disabled.
+    std::function<void(const sheets::Table&)> exportTable = {};
 };
 
 } // namespace journals

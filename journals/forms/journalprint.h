@@ -16,4 +16,8 @@ struct JournalParts;
 void printJournal(const QAbstractItemModel& model, const QString& kind,
                   const JournalHeading& heading, const JournalParts& parts, QWidget* parent);
 
+// Writes the same grid as a workbook or a CSV file. Requires JournalParts::exportTable.
+void exportJournal(const QAbstractItemModel& model, const JournalHeading& heading,
+                   const JournalParts& parts);
+
 } // namespace journals

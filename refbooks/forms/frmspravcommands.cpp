@@ -9,15 +9,14 @@
 #include "refbooks/workloadclear.h"
 #include "refbooks/workloadcopy.h"
 #include "refbooks/workloadlinks.h"
-#include "sheets/writetable.h"
-#include "shell/forms/filechooser.h"
+#include "sheets/table.h"
 #include "shell/forms/runcommand.h"
+#include "shell/forms/tableexport.h"
 #include "shell/session.h"
 #include "shell/statusline.h"
 #include "ui_frmsprav.h"
 
 #include <QClipboard>
-#include <QDir>
 #include <QGuiApplication>
 
 #include <map>
@@ -226,14 +225,8 @@ void frmSPRAV::exportRows()
 
 void frmSPRAV::exportTable(const sheets::Table& table)
 {
-    shell::runCommand(m_parts.prompt, kNotWritten, [&] {
-        const QString path =
-            m_parts.chooser.saveTable(m_parts.documentsFolder(), sheets::fileName(table.title));
-        if (path.isEmpty())
-            return;
-        sheets::writeTable(path, table, sheets::Existing::Replace); // the chooser has asked
-        m_parts.status.show(u"Список записан в файл: %1"_s.arg(QDir::toNativeSeparators(path)));
-    });
+    shell::TableExport(m_parts.chooser, m_parts.prompt, m_parts.status, m_parts.documentsFolder)
+        .write(table);
 }
 
 void frmSPRAV::copyRows()
