@@ -11,6 +11,7 @@
 #include "shell/forms/programfolders.h"
 #include "shell/forms/programicon.h"
 #include "shell/forms/qtfilechooser.h"
+#include "shell/forms/qtprogramstarter.h"
 #include "shell/forms/qtprompt.h"
 #include "shell/forms/windowregistry.h"
 #include "shell/session.h"
@@ -100,19 +101,22 @@ int run(const app::Options& options, app::SingleInstance& instance)
     shell::Session session(
         shell::Wording(school ? shell::Institution::School : shell::Institution::College));
     shell::QtFileChooser chooser;
+    shell::QtProgramStarter starter;
     shell::WindowRegistry windows;
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     shell::frmMain window({session, settings, prompt, chooser, windows,
                            QApplication::applicationDirPath(), documents});
     app::offerWindows(windows, {session, settings, prompt, window.statusLine()});
+    const auto documentsFolder = [documents] {
+        return shell::makeProgramFolders(QApplication::applicationDirPath(), documents).documents;
+    };
     app::offerBooks(windows,
-                    {session, settings, prompt, window.statusLine(), chooser,
-                     [documents] {
-                         return shell::makeProgramFolders(QApplication::applicationDirPath(),
-                                                          documents)
-                             .documents;
-                     }},
+                    {session, settings, prompt, window.statusLine(), chooser, documentsFolder},
                     window);
+    app::offerReports(
+        windows,
+        {session, settings, prompt, window.statusLine(), chooser, starter, documentsFolder},
+        window);
     window.files().setDemo(
         [&prompt](const QString& path) {
             return demo::build(path, demo::Scale::College, kDemoSeed, prompt).has_value();

@@ -2,12 +2,22 @@
 
 #include "journals/forms/frmhpos.h"
 #include "journals/forms/frmhusp.h"
+#include "reports/forms/frmdocument.h"
+#include "reports/forms/lview.h"
 #include "shell/forms/frmmain.h"
 #include "shell/forms/windowregistry.h"
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace app {
+
+namespace {
+
+const QString kRanking = u"mnuototd"_s;
+
+} // namespace
 
 void offerWindows(shell::WindowRegistry& registry, const journals::JournalParts& parts)
 {
@@ -37,6 +47,29 @@ void offerBooks(shell::WindowRegistry& registry, refbooks::BookListParts parts,
                            return new refbooks::frmSPRAV(book, parts, parent);
                        });
     }
+}
+
+void offerReports(shell::WindowRegistry& registry, const reports::DocumentParts& parts,
+                  shell::frmMain& main)
+{
+    using reports::DocumentOption;
+    const std::pair<QString, DocumentOption> documents[] = {
+        {u"mnuotpos"_s, DocumentOption::Attendance},
+        {u"mnuVedMess"_s, DocumentOption::GradesMonth},
+        {u"mnuotusp"_s, DocumentOption::GradesSubject},
+        {u"mnuotchProgul"_s, DocumentOption::Truancy},
+        {u"mnuTab"_s, DocumentOption::Card},
+        {u"mnuotitog"_s, DocumentOption::Final},
+        {u"mnuotsvod"_s, DocumentOption::Summary},
+    };
+    for (const auto& [command, option] : documents)
+        registry.offerDialog(command, [parts, preset = option, &main](QWidget* parent) {
+            reports::frmDocument dialog(preset, parts, parent);
+            if (dialog.exec() == QDialog::Accepted && dialog.wantsRanking())
+                main.openWindow(kRanking);
+        });
+    registry.offer(kRanking,
+                   [parts](QWidget* parent) { return new reports::LView(parts, parent); });
 }
 
 } // namespace app

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "refbooks/forms/frmsprav.h"
+#include "reports/forms/documentparts.h"
 
 namespace journals {
 struct JournalParts;
@@ -18,5 +19,8 @@ void offerWindows(shell::WindowRegistry& registry, const journals::JournalParts&
 // The reference books, each in a window of its own. Their commands open other windows in `main`.
 void offerBooks(shell::WindowRegistry& registry, refbooks::BookListParts parts,
                 shell::frmMain& main);
+// The documents, all in one dialog, and the ranking, which is a window.
+void offerReports(shell::WindowRegistry& registry, const reports::DocumentParts& parts,
+                  shell::frmMain& main);
 
 } // namespace app

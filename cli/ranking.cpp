@@ -74,10 +74,12 @@ void run(const Options& options, Streams streams)
     const reports::RankingRequest request{dateArgument(options.from), dateArgument(options.to),
                                           options.grades};
     if (options.speciality.empty())
-        print(options, streams, RankingLevel::Specialities, rankSpecialities(database, request));
+        print(options, streams, RankingLevel::Specialities,
+              reports::Ranking(database, request).specialities());
     else
         print(options, streams, RankingLevel::Groups,
-              rankGroups(database, request, findSpeciality(database, options.speciality)));
+              reports::Ranking(database, request)
+                  .groups(findSpeciality(database, options.speciality)));
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 namespace sql = jet::sql;
@@ -35,8 +36,9 @@ struct Group
 };
 
 // Everything that the ranking is computed from; each table is read once.
-struct Figures
+struct AllFigures
 {
+    std::vector<RankingRow> specialities; // names only
     std::unordered_map<std::int64_t, StudentFigures> students;
     std::vector<std::int64_t> groupOrder;
     std::unordered_map<std::int64_t, Group> groups;
@@ -55,7 +57,7 @@ std::string period(const RankingRequest& request, bool withEnd = false)
            + dateText(request.end);
 }
 
-void readGroups(jet::Database& database, Figures& figures)
+void readGroups(jet::Database& database, AllFigures& figures)
 {
     auto rows = database.query("SELECT SPGRUP.IDG, SPGRUP.IDO, SPGRUP.NAIM From SPGRUP "
                                "Order By SPGRUP.NAIM;");
@@ -65,7 +67,7 @@ void readGroups(jet::Database& database, Figures& figures)
     }
 }
 
-void readStudents(jet::Database& database, Figures& figures)
+void readStudents(jet::Database& database, AllFigures& figures)
 {
     auto rows = database.query(R"(SELECT SPSTUD.ID, SPSTUD.IDG From SPSTUD
                                   Where (prikazOtch="" or prikazOtch is null);)");
@@ -73,7 +75,7 @@ void readStudents(jet::Database& database, Figures& figures)
         figures.students[rows.integer(0)].group = rows.integer(1);
 }
 
-void readGrades(jet::Database& database, const RankingRequest& request, Figures& figures)
+void readGrades(jet::Database& database, const RankingRequest& request, AllFigures& figures)
 {
     const bool isFinal = request.grades == RankingGrades::Final;
     auto rows =
@@ -87,7 +89,7 @@ void readGrades(jet::Database& database, const RankingRequest& request, Figures&
                 static_cast<int>(rows.integer(2));
 }
 
-void readAbsences(jet::Database& database, const RankingRequest& request, Figures& figures)
+void readAbsences(jet::Database& database, const RankingRequest& request, AllFigures& figures)
 {
     auto rows = database.query("SELECT POS.ID, Sum(POS.uv), Sum(POS.nuv) From POS Where "
                                + period(request) + " Group By POS.ID;");
@@ -100,7 +102,7 @@ void readAbsences(jet::Database& database, const RankingRequest& request, Figure
 }
 
 // Lessons of the second subgroup run beside those of the first and add no hours.
-void readLessons(jet::Database& database, const RankingRequest& request, Figures& figures)
+void readLessons(jet::Database& database, const RankingRequest& request, AllFigures& figures)
 {
     auto rows =
         database.query("SELECT UROKI.IDG, Count(UROKI.ID) From UROKI Where " + period(request)
@@ -108,18 +110,6 @@ void readLessons(jet::Database& database, const RankingRequest& request, Figures
     while (rows.next())
         if (const auto group = figures.groups.find(rows.integer(0)); group != figures.groups.end())
             group->second.lessons += static_cast<int>(rows.integer(1));
-}
-
-Figures readFigures(jet::Database& database, const RankingRequest& request)
-{
-    Figures figures;
-    readGroups(database, figures);
-    readStudents(database, figures);
-    readGrades(database, request, figures);
-    readAbsences(database, request, figures);
-    readLessons(database, request, figures);
-    figures.hoursPerLesson = std::max(1, data::readSettingsRow(database).hoursPerLesson);
-    return figures;
 }
 
 // What is added up for one row.
@@ -202,40 +192,56 @@ std::vector<RankingRow> readSpecialities(jet::Database& database)
 
 } // namespace
 
-std::vector<RankingRow> rankSpecialities(jet::Database& database, const RankingRequest& request)
+struct Ranking::Figures : AllFigures
+{};
+
+Ranking::Ranking(jet::Database& database, const RankingRequest& request)
 {
-    std::vector<RankingRow> rows = readSpecialities(database);
+    auto figures = std::make_unique<Figures>();
+    figures->specialities = readSpecialities(database);
+    readGroups(database, *figures);
+    readStudents(database, *figures);
+    readGrades(database, request, *figures);
+    readAbsences(database, request, *figures);
+    readLessons(database, request, *figures);
+    figures->hoursPerLesson = std::max(1, data::readSettingsRow(database).hoursPerLesson);
+    m_figures = std::move(figures);
+}
+
+Ranking::~Ranking() = default;
+
+std::vector<RankingRow> Ranking::specialities() const
+{
+    std::vector<RankingRow> rows = m_figures->specialities;
     if (rows.size() > kMostSpecialities)
         throw jet::Error(jet::Fault::Limit, "специальностей больше 50, человеко-часы посчитать "
                                             "нельзя: индекс вне границ массива");
-    const Figures figures = readFigures(database, request);
     std::unordered_map<std::int64_t, Sums> sums;
     std::unordered_map<std::int64_t, int> groups;
-    for (const auto& [key, group] : figures.groups) {
+    for (const auto& [key, group] : m_figures->groups) {
         ++groups[group.speciality];
         sums[group.speciality].lessons += group.lessons;
     }
-    for (const auto& [id, student] : figures.students)
-        if (const auto group = figures.groups.find(student.group); group != figures.groups.end())
+    for (const auto& [id, student] : m_figures->students)
+        if (const auto group = m_figures->groups.find(student.group);
+            group != m_figures->groups.end())
             sums[group->second.speciality].add(student);
     for (RankingRow& row : rows) {
         row.values[kSize] = groups[row.key];
-        setValues(row, sums[row.key], figures.hoursPerLesson);
+        setValues(row, sums[row.key], m_figures->hoursPerLesson);
     }
     setPlaces(rows);
     return rows;
 }
 
-std::vector<RankingRow> rankGroups(jet::Database& database, const RankingRequest& request,
-                                   std::int64_t speciality)
+std::vector<RankingRow> Ranking::groups(std::int64_t speciality) const
 {
-    const Figures figures = readFigures(database, request);
     std::unordered_map<std::int64_t, Sums> sums;
-    for (const auto& [id, student] : figures.students)
+    for (const auto& [id, student] : m_figures->students)
         sums[student.group].add(student);
     std::vector<RankingRow> rows;
-    for (const std::int64_t key : figures.groupOrder) {
-        const Group& group = figures.groups.at(key);
+    for (const std::int64_t key : m_figures->groupOrder) {
+        const Group& group = m_figures->groups.at(key);
         if (group.speciality != speciality)
             continue;
         RankingRow row;
@@ -244,7 +250,7 @@ std::vector<RankingRow> rankGroups(jet::Database& database, const RankingRequest
         Sums& own = sums[key];
         own.lessons = group.lessons;
         row.values[kSize] = own.students;
-        setValues(row, own, figures.hoursPerLesson);
+        setValues(row, own, m_figures->hoursPerLesson);
         rows.push_back(std::move(row));
     }
     setPlaces(rows);

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -64,6 +65,8 @@ struct RankingRequest
     QDate begin;
     QDate end; // counts for final grades only
     RankingGrades grades = RankingGrades::Final;
+
+    friend bool operator==(const RankingRequest&, const RankingRequest&) = default;
 };
 
 // A speciality's rows are counted in so many slots; an institution with more cannot be ranked.
@@ -72,12 +75,27 @@ inline constexpr std::size_t kMostSpecialities = 50;
 // The headers of the items from kName on, as written.
 QStringList rankingHeads(RankingLevel level);
 
-// One row for each speciality, in the order of the table, with places among them. Throws
-// jet::Error, with Fault::Limit beyond kMostSpecialities.
-std::vector<RankingRow> rankSpecialities(jet::Database& database, const RankingRequest& request);
-// The same for the groups of one speciality.
-std::vector<RankingRow> rankGroups(jet::Database& database, const RankingRequest& request,
-                                   std::int64_t speciality);
+// The figures of a period, read once: what is shown of the groups belongs to what is shown of the
+// specialities, whatever is written meanwhile.
+class Ranking
+{
+public:
+    // Reads each table once. Throws jet::Error.
+    Ranking(jet::Database& database, const RankingRequest& request);
+    ~Ranking();
+    Ranking(const Ranking&) = delete;
+    Ranking& operator=(const Ranking&) = delete;
+
+    // One row for each speciality, in the order of the table, with places among them. Throws
+    // jet::Error (Limit) beyond kMostSpecialities.
+    std::vector<RankingRow> specialities() const;
+    // The same for the groups of one speciality, by name.
+    std::vector<RankingRow> groups(std::int64_t speciality) const;
+
+private:
+    struct Figures;
+    std::unique_ptr<const Figures> m_figures;
+};
 
 // Sets the places and points of rows whose other values stand.
 void setPlaces(std::vector<RankingRow>& rows);

@@ -1,25 +1,12 @@
 #include "reports/forms/documentprogress.h"
 
-#include <QApplication>
+#include "reports/forms/waitcursor.h"
+
 #include <QProgressDialog>
 
 using namespace Qt::StringLiterals;
 
 namespace reports {
-namespace {
-
-// The pointer that says "wait" until the box appears.
-class WaitCursor final
-{
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
-
-} // namespace
-
 std::optional<papers::Document> makeWithProgress(const StatementSource& source,
                                                  const ReportRequest& request, QWidget* parent)
 {

@@ -212,6 +212,8 @@ void frmDocument::refreshInputs()
     enable(Input::Period, {ui->lblFrom, ui->DTPicker1, ui->lblTo, ui->DTPicker2});
     enable(Input::Group, {ui->lblGroup, ui->cboGroup});
     enable(Input::Discipline, {ui->lblDiscipline, ui->cboDiscipline});
+    ui->cboDiscipline->setItemText(
+        0, option() == DocumentOption::GradesSubject ? u"Выберите предмет"_s : u"Все предметы"_s);
     enable(Input::Student, {ui->lblStudent, ui->cboStudent});
     enable(Input::View, {ui->Op2});
     ui->Op3->setEnabled(option() == DocumentOption::Truancy);

@@ -220,6 +220,9 @@ void frmMain::bindWindows()
         const QString command = action->objectName();
         if (m_parts.windows.find(command)) {
             m_commands->bind(action, Needs::OpenFile, [this, command] { openWindow(command); });
+        } else if (m_parts.windows.findDialog(command)) {
+            m_commands->bind(action, Needs::OpenFile,
+                             [this, command] { (*m_parts.windows.findDialog(command))(this); });
         }
     }
     refreshCommands();

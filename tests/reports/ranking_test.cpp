@@ -85,7 +85,7 @@ TEST_F(RankingTest, ComputesEveryIndicator)
     file.absence(ivanov, lesson, end, 1, 0, 2);
     file.absence(expelled, lesson, begin, 1, 0, 2);
 
-    const auto rows = rankSpecialities(file.database(), finals);
+    const auto rows = Ranking(file.database(), finals).specialities();
     ASSERT_EQ(rows.size(), 3U);
     // 3 grades, 2 of them high: 66,7; 2 of 3 students good; 2 lessons of 2 hours, 12 person-hours.
     EXPECT_EQ(texts(rows[0]).join(u' '),
@@ -94,19 +94,20 @@ TEST_F(RankingTest, ComputesEveryIndicator)
               u"Б 1 1 0 1 0 0 100 1 1 100 1 100 1 0 2 2 0 0 0 100 100 1 4 1"_s);
     EXPECT_EQ(texts(rows[2]).join(u' '), u"В 0 0 0 0 0 0  3 0 0 3 0 3 0 0 0 0 0 0   3 12 3"_s);
 
-    const auto groups = rankGroups(file.database(), finals, a);
+    const auto groups = Ranking(file.database(), finals).groups(a);
     ASSERT_EQ(groups.size(), 2U);
     EXPECT_EQ(texts(groups[0]).join(u' '),
               u"А-1 3 3 1 1 1 0 66,7 1 2 66,7 1 66,7 1 1 4 12 3 2 1 75 91,7 1 4 1"_s);
     EXPECT_EQ(texts(groups[1]).first(3).join(u' '), u"А-2 0 0"_s);
 
     const auto monthly =
-        rankSpecialities(file.database(), {begin, begin.addDays(1), RankingGrades::Monthly});
+        Ranking(file.database(), {begin, begin.addDays(1), RankingGrades::Monthly}).specialities();
     EXPECT_EQ(monthly[0].text(kTwos), u"1"_s);
     EXPECT_EQ(monthly[0].text(kGrades), u"1"_s);
-    EXPECT_EQ(
-        rankSpecialities(file.database(), {begin, begin, RankingGrades::Monthly})[0].text(kGrades),
-        u"0"_s);
+    EXPECT_EQ(Ranking(file.database(), {begin, begin, RankingGrades::Monthly})
+                  .specialities()[0]
+                  .text(kGrades),
+              u"0"_s);
 }
 
 TEST(RankingPlaces, TiesShareAPlaceAndValuesCompareAsWholeNumbers)
@@ -129,7 +130,7 @@ TEST_F(RankingTest, MoreThanFiftySpecialitiesAreTooMany)
 {
     for (int i = 0; i < 50; ++i)
         speciality("С" + std::to_string(i));
-    EXPECT_EQ(rankSpecialities(file.database(), finals).size(), 50U);
+    EXPECT_EQ(Ranking(file.database(), finals).specialities().size(), 50U);
     speciality("С50");
-    EXPECT_THROW(rankSpecialities(file.database(), finals), jet::Error);
+    EXPECT_THROW(Ranking(file.database(), finals).specialities(), jet::Error);
 }

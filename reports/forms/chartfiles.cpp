@@ -1,0 +1,117 @@
+#include "reports/forms/chartfiles.h"
+
+#include "data/convert.h"
+#include "jet/error.h"
+
+#include <QChart>
+#include <QGraphicsScene>
+#include <QImage>
+#include <QPainter>
+#include <QPalette>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QSaveFile>
+#include <QSvgGenerator>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace reports {
+namespace {
+
+constexpr int kWidth = 1100, kLeastHeight = 700; // of a picture, pixels
+
+QPalette paperPalette()
+{
+    QPalette palette;
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::Text, Qt::black);
+    palette.setColor(QPalette::Highlight, QColor(70, 120, 180)); // grey enough on a grey printer
+    return palette;
+}
+
+QSize pictureSize(const RankingChart& chart)
+{
+    return {kWidth, std::max(kLeastHeight, leastHeight(chart))};
+}
+
+// Fits the chart into the target, as large as it goes.
+void paint(QPainter& painter, const QRectF& target, const RankingChart& chart)
+{
+    QGraphicsScene scene;
+    QChart* drawn = drawnChart(chart, paperPalette());
+    scene.addItem(drawn);
+    drawn->resize(pictureSize(chart));
+    scene.render(&painter, target, drawn->rect(), Qt::KeepAspectRatio);
+}
+
+void paintPages(QPrinter& printer, const std::vector<RankingChart>& charts)
+{
+    QPainter painter(&printer);
+    bool first = true;
+    for (const RankingChart& chart : charts) {
+        if (!first)
+            printer.newPage();
+        first = false;
+        paint(painter,
+              QRectF(QPointF(),
+                     printer.pageLayout().paintRectPixels(printer.resolution()).size().toSizeF()),
+              chart);
+    }
+}
+
+void writeSvg(QIODevice& file, const RankingChart& chart)
+{
+    QSvgGenerator generator;
+    generator.setOutputDevice(&file);
+    generator.setSize(pictureSize(chart));
+    generator.setViewBox(QRect(QPoint(), pictureSize(chart)));
+    generator.setTitle(chart.title);
+    QPainter painter(&generator);
+    paint(painter, QRectF(QPointF(), pictureSize(chart)), chart);
+}
+
+bool writePng(QIODevice& file, const RankingChart& chart)
+{
+    constexpr int kSharpness = 2; // picture pixels for one of the screen
+    QImage image(pictureSize(chart) * kSharpness, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paint(painter, image.rect(), chart);
+    painter.end();
+    return image.save(&file, "PNG");
+}
+
+} // namespace
+
+void printCharts(const std::vector<RankingChart>& charts, const QString& title, QWidget* parent)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(title);
+    printer.setPageLayout({QPageSize(QPageSize::A4), QPageLayout::Landscape,
+                           QMarginsF(15, 10, 10, 10), QPageLayout::Millimeter});
+    QPrintPreviewDialog preview(&printer, parent, Qt::Window | Qt::WindowMaximizeButtonHint);
+    preview.setWindowTitle(u"Печать: "_s + title);
+    QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, &preview,
+                     [&charts](QPrinter* device) { paintPages(*device, charts); });
+    constexpr QSize kRoomy(1000, 800);
+    preview.resize(kRoomy);
+    preview.exec();
+}
+
+void writePicture(const RankingChart& chart, const QString& path)
+{
+    QSaveFile file(path);
+    bool written = file.open(QIODevice::WriteOnly);
+    if (written && path.endsWith(u".svg"_s, Qt::CaseInsensitive))
+        writeSvg(file, chart);
+    else if (written)
+        written = writePng(file, chart);
+    if (!written || !file.commit())
+        throw jet::Error(jet::Fault::Io, data::toUtf8(u"файл %1 нельзя записать: %2"_s.arg(
+                                             path, file.errorString())));
+}
+
+} // namespace reports
