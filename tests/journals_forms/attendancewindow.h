@@ -2,6 +2,7 @@
 
 #include "journals/attendance.h"
 #include "journals/forms/frmhpos.h"
+#include "sheets/table.h"
 #include "shell/session.h"
 #include "shell/settings.h"
 #include "tests/support/scriptedprompt.h"
@@ -18,6 +19,8 @@
 #include <QToolBar>
 
 #include <memory>
+#include <utility>
+#include <vector>
 
 inline constexpr int kFirstDay = journals::kLeadColumns;
 inline constexpr int kTwelfth = kFirstDay + 11;
@@ -49,8 +52,15 @@ protected:
             session = std::make_unique<shell::Session>(wording);
             session->openJournal(file.release());
         }
-        window = std::make_unique<journals::frmHPos>(
-            journals::JournalParts{*session, settings, prompt, status});
+        window = std::make_unique<journals::frmHPos>(journals::JournalParts{
+            *session, settings, prompt, status, [this](const sheets::Table& table) {
+                for (int row = 0; row < table.rows; ++row) {
+                    QStringList& cells = exported.emplace_back();
+                    for (int column = 0; std::cmp_less(column, table.columns.size()); ++column)
+                        cells << table.text(row, column);
+                }
+                exportedTitle = table.title;
+            }});
         window->resize(1000, 600);
         window->show();
         grid = window->findChild<QTableView*>(QStringLiteral("HF1"));
@@ -117,5 +127,7 @@ protected:
     std::unique_ptr<shell::Session> session;
     std::unique_ptr<journals::frmHPos> window;
     QTableView* grid = nullptr;
+    QString exportedTitle;
+    std::vector<QStringList> exported; // rows of the table written last
     int groupKey = 0, mathsKey = 0, physicsKey = 0, ivanov = 0, petrov = 0;
 };

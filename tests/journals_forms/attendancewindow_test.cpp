@@ -282,6 +282,19 @@ TEST_F(AttendanceWindow, ShowsAbsencesThatHaveNoPlace)
     EXPECT_FALSE(named<QLabel>(u"lblNotice"_s)->isHidden());
 }
 
+TEST_F(AttendanceWindow, WritesTheGridToAFile)
+{
+    openOn();
+    press(Qt::Key_Space);
+    press(Qt::Key_E, Qt::ControlModifier);
+    EXPECT_EQ(exportedTitle, u"Журнал посещаемости Группа ИС-21 Математика ноябрь 2022 г."_s);
+    ASSERT_EQ(exported.size(), 4U);
+    EXPECT_EQ(exported[0][1], u"Иванов Иван Иванович"_s);
+    EXPECT_EQ(exported[0][kTwelfth], u"2"_s);
+    EXPECT_EQ(exported[1][kTwelfth], QString());
+    EXPECT_EQ(exported[2][kTwelfth], u"2"_s);
+}
+
 TEST_F(AttendanceWindow, RefreshShowsWhatWasChangedElsewhere)
 {
     openOn();
