@@ -285,6 +285,8 @@ TEST_F(AttendanceWindow, ShowsAbsencesThatHaveNoPlace)
 TEST_F(AttendanceWindow, WritesTheGridToAFile)
 {
     openOn();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    grid->setFocus();
     press(Qt::Key_Space);
     press(Qt::Key_E, Qt::ControlModifier);
     EXPECT_EQ(exportedTitle, u"Журнал посещаемости Группа ИС-21 Математика ноябрь 2022 г."_s);
