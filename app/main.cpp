@@ -13,6 +13,7 @@
 #include "shell/forms/qtfilechooser.h"
 #include "shell/forms/qtprogramstarter.h"
 #include "shell/forms/qtprompt.h"
+#include "shell/forms/tableexport.h"
 #include "shell/forms/windowregistry.h"
 #include "shell/session.h"
 #include "shell/settings.h"
@@ -106,10 +107,12 @@ int run(const app::Options& options, app::SingleInstance& instance)
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     shell::frmMain window({session, settings, prompt, chooser, windows,
                            QApplication::applicationDirPath(), documents});
-    app::offerWindows(windows, {session, settings, prompt, window.statusLine()});
     const auto documentsFolder = [documents] {
         return shell::makeProgramFolders(QApplication::applicationDirPath(), documents).documents;
     };
+    const shell::TableExport tables(chooser, prompt, window.statusLine(), documentsFolder);
+    app::offerWindows(windows, {session, settings, prompt, window.statusLine(),
+                                [&tables](const sheets::Table& table) { tables.write(table); }});
     app::offerBooks(windows,
                     {session, settings, prompt, window.statusLine(), chooser, documentsFolder},
                     window);
