@@ -9,7 +9,6 @@
 #include "journals/forms/journalprint.h"
 #include "journals/forms/journalselectors.h"
 #include "journals/worded.h"
-#include "shell/forms/paletteicon.h"
 #include "shell/forms/runcommand.h"
 #include "shell/prompt.h"
 #include "shell/session.h"
@@ -87,9 +86,7 @@ void frmHPos::setUpGrid()
 void frmHPos::setUpCommands()
 {
     initJournalIcons();
-    for (QAction* command : ui->Toolbar1->actions())
-        if (!command->isSeparator())
-            command->setIcon(shell::paletteIcon(command->objectName()));
+    dressToolbar(*ui->Toolbar1);
     connect(ui->keyDay, &QAction::triggered, this, [this] { wantMode(AttendanceMode::Days); });
     connect(ui->keyCal, &QAction::triggered, this, [this] { wantMode(AttendanceMode::Lessons); });
     connect(ui->keyIns, &QAction::triggered, this, [this] { act(AbsenceAction::Mark); });

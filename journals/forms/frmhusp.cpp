@@ -88,12 +88,8 @@ void frmHUsp::setUpGrid()
 void frmHUsp::setUpCommands()
 {
     initJournalIcons();
-    for (QAction* command : ui->Toolbar1->actions())
-        if (!command->isSeparator())
-            command->setIcon(shell::paletteIcon(command->objectName()));
+    dressToolbar(*ui->Toolbar1);
     ui->keyIns->setIcon(shell::paletteIcon(u"keyGrade"_s));
-    if (auto* more = ui->Toolbar1->findChild<QWidget*>(u"qt_toolbar_ext_button"_s))
-        more->setAccessibleName(u"Еще команды"_s); // Qt leaves it nameless
     connect(ui->keyIns, &QAction::triggered, this, &frmHUsp::chooseGrade);
     connect(ui->keyDel, &QAction::triggered, this, [this] { setGrade(kNoGrade); });
     connect(ui->keySave, &QAction::triggered, this, &frmHUsp::save);

@@ -1,11 +1,15 @@
 #include "journals/forms/gridcells.h"
 
 #include "journals/forms/tableclip.h"
+#include "shell/forms/paletteicon.h"
 
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QTableView>
+#include <QToolBar>
+
+using namespace Qt::StringLiterals;
 
 namespace journals {
 
@@ -33,6 +37,15 @@ void offerInMenu(QTableView& grid, QAction& command, const QString& text)
                      [item, &command] { item->setEnabled(command.isEnabled()); });
     item->setEnabled(command.isEnabled());
     grid.addAction(item);
+}
+
+void dressToolbar(QToolBar& bar)
+{
+    for (QAction* command : bar.actions())
+        if (!command->isSeparator())
+            command->setIcon(shell::paletteIcon(command->objectName()));
+    if (auto* more = bar.findChild<QWidget*>(u"qt_toolbar_ext_button"_s))
+        more->setAccessibleName(u"Еще команды"_s); // Qt leaves it nameless
 }
 
 void addShortcut(QWidget& window, QAction& command, const QString& key)

@@ -5,6 +5,7 @@
 
 class QAction;
 class QTableView;
+class QToolBar;
 class QWidget;
 
 // What the grids of both journals do alike.
@@ -21,6 +22,9 @@ void copyCells(const QTableView& grid);
 // after a tab: they are handled by the window, so that a letter typed into a selector is never
 // a command.
 void offerInMenu(QTableView& grid, QAction& command, const QString& text);
+
+// Gives the commands of a journal's toolbar their icons.
+void dressToolbar(QToolBar& bar);
 
 // Lets the key press the command wherever the focus stands in the journal's window.
 void addShortcut(QWidget& window, QAction& command, const QString& key);
