@@ -36,6 +36,7 @@ void addFinals(CLI::App& program, Streams streams);
 void addGrades(CLI::App& program, Streams streams);
 void addMark(CLI::App& program, Streams streams);
 void addRanking(CLI::App& program, Streams streams);
+void addReport(CLI::App& program, Streams streams);
 void addSchema(CLI::App& program, Streams streams);
 void addSql(CLI::App& program, Streams streams);
 void addTables(CLI::App& program, Streams streams);

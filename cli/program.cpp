@@ -35,6 +35,7 @@ void addCommands(CLI::App& program, Streams streams)
     addGrades(program, streams);
     addMark(program, streams);
     addRanking(program, streams);
+    addReport(program, streams);
 }
 
 } // namespace

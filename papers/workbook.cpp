@@ -1,11 +1,11 @@
 #include "papers/workbook.h"
 
 #include "data/convert.h"
+#include "papers/rowheights.h"
 #include "sheets/xlsxbook.h"
 
 #include <algorithm>
 #include <map>
-#include <numeric>
 #include <set>
 #include <string>
 #include <tuple>
@@ -23,6 +23,7 @@ constexpr double kMmPerInch = 25.4;
 constexpr lxw_color_t kShade = 0xE4E4E4;
 constexpr lxw_color_t kUnexcused = 0xB00000;
 constexpr lxw_color_t kExcused = 0x0030A0;
+constexpr double kApprovalShare = 0.62;
 constexpr double kTablePoints = 9, kTextPoints = 10, kTitlePoints = 12;
 
 double inches(double mm)
@@ -63,6 +64,15 @@ public:
             format_set_align(format, static_cast<std::uint8_t>(align));
         }
         return format;
+    }
+    // Between two papers of a page.
+    lxw_format* cutLine()
+    {
+        if (!m_cut) {
+            m_cut = plain(kTablePoints);
+            format_set_bottom(m_cut, LXW_BORDER_DASHED);
+        }
+        return m_cut;
     }
     lxw_format* wrappedLine()
     {
@@ -118,6 +128,7 @@ private:
     std::map<Key, lxw_format*> m_cells;
     std::map<std::tuple<double, bool, int>, lxw_format*> m_lines;
     lxw_format* m_wrapped = nullptr;
+    lxw_format* m_cut = nullptr;
 };
 
 // Writes one paper on a sheet from a row on.
@@ -161,22 +172,20 @@ private:
                                          format));
     }
 
-    // The column from which on the approval block stands.
-    int approvalColumn() const
+    // The column that begins at this share of the width or behind it.
+    int columnAt(double share) const
     {
-        const double wanted =
-            0.62 * std::accumulate(m_paper.widths.begin(), m_paper.widths.end(), 0.0);
-        double passed = 0;
+        const double wanted = share * widthOf(m_paper, 0, lastColumn() + 1);
         int at = 0;
-        while (at < lastColumn() && passed < wanted)
-            passed += m_paper.widths[static_cast<std::size_t>(at++)];
+        while (at < lastColumn() && widthOf(m_paper, 0, at) < wanted)
+            ++at;
         return at;
     }
 
     void writeFrame()
     {
         lxw_format* left = m_formats.line(kTextPoints, false, LXW_ALIGN_LEFT);
-        const int split = m_paper.approval.isEmpty() ? lastColumn() + 1 : approvalColumn();
+        const int split = m_paper.approval.isEmpty() ? lastColumn() + 1 : columnAt(kApprovalShare);
         int line = m_top;
         for (const QString& text : m_paper.institution)
             merge(line++, 0, std::max(0, split - 1), text, left);
@@ -184,11 +193,17 @@ private:
         for (const QString& text : m_paper.approval)
             merge(line++, split, lastColumn(), text, left);
         const int title = headRow() - (m_paper.subtitle.isEmpty() ? 1 : 2);
-        merge(title, 0, lastColumn(), m_paper.title,
-              m_formats.line(kTitlePoints, true, LXW_ALIGN_CENTER));
+        writeCentred(title, m_paper.title, kTitlePoints, true);
         if (!m_paper.subtitle.isEmpty())
-            merge(title + 1, 0, lastColumn(), m_paper.subtitle,
-                  m_formats.line(kTextPoints, false, LXW_ALIGN_CENTER));
+            writeCentred(title + 1, m_paper.subtitle, kTextPoints, false);
+    }
+
+    void writeCentred(int line, const QString& text, double points, bool bold)
+    {
+        lxw_format* format = m_formats.line(points, bold, LXW_ALIGN_CENTER);
+        format_set_text_wrap(format);
+        merge(line, 0, lastColumn(), text, format);
+        setHeight(line, textHeight(text, widthOf(m_paper, 0, lastColumn() + 1), points));
     }
 
     void writeRows(const std::vector<Row>& rows, int from)
@@ -223,30 +238,18 @@ private:
                                          cellText(shownText(cell)).c_str(), format));
     }
 
-    static double rotatedHeight(const Cell& cell)
+    void setHeight(int line, double points)
     {
-        constexpr double kPointsPerLetter = 5.2, kMargin = 8;
-        return kPointsPerLetter * static_cast<double>(shownText(cell).size()) + kMargin;
+        check(worksheet_set_row(&m_sheet, row(line), points, nullptr));
     }
 
-    // Spreadsheet programs do not fit rows to rotated texts by themselves.
     void setHeights()
     {
-        constexpr double kLeast = 28, kMost = 130;
-        for (const PlacedCell& place : placed(m_paper.head)) {
-            double& height = m_heights[headRow() + place.row + place.cell->rows - 1];
-            const double needed = place.cell->rotated
-                                      ? rotatedHeight(*place.cell)
-                                      : (m_paper.head.size() > 1 ? kLeast / 2 : kLeast);
-            height = std::clamp(std::max(height, needed), 0.0, kMost);
-        }
-        for (const PlacedCell& place : placed(m_paper.body))
-            if (place.cell->rotated) {
-                double& height = m_heights[m_top + kFirstBodyRow - 1 + place.row];
-                height = std::clamp(std::max(height, rotatedHeight(*place.cell)), 0.0, kMost);
-            }
-        for (const auto& [line, height] : m_heights)
-            check(worksheet_set_row(&m_sheet, row(line), height, nullptr));
+        const RowHeights heights = rowHeights(m_paper);
+        int line = headRow();
+        for (const auto* rows : {&heights.head, &heights.body})
+            for (const double height : *rows)
+                setHeight(line++, height);
     }
 
     int writeNotes(int line)
@@ -254,7 +257,7 @@ private:
         for (const QString& note : m_paper.notes)
             writeNote(line++, note);
         ++line;
-        const int middle = std::max(1, (lastColumn() + 1) / 2);
+        const int middle = std::max(1, columnAt(0.49));
         for (std::size_t i = 0; i < m_paper.signatures.size(); ++i) {
             const Signature& signature = m_paper.signatures[i];
             const QString name =
@@ -272,19 +275,14 @@ private:
     // A merged cell does not grow with its text.
     void writeNote(int line, const QString& note)
     {
-        constexpr double kMmPerLetter = 1.65, kPointsPerLine = 12.5;
-        const double across = std::accumulate(m_paper.widths.begin(), m_paper.widths.end(), 0.0);
-        const auto lines =
-            1 + static_cast<int>(static_cast<double>(note.size()) * kMmPerLetter / across);
         merge(line, 0, lastColumn(), note, m_formats.wrappedLine());
-        check(worksheet_set_row(&m_sheet, row(line), lines * kPointsPerLine, nullptr));
+        setHeight(line, textHeight(note, widthOf(m_paper, 0, lastColumn() + 1), kTablePoints));
     }
 
     lxw_worksheet& m_sheet;
     Formats& m_formats;
     const Paper& m_paper;
     int m_top;
-    std::map<int, double> m_heights; // points, by row
 };
 
 void setUpPage(lxw_worksheet& sheet, const Paper& paper)
@@ -327,6 +325,8 @@ public:
             beginSheet(paper);
         else if (++m_onSheet % 2 == 0)
             m_breaks.push_back(static_cast<lxw_row_t>(m_line));
+        else
+            drawCutLine(paper);
         PaperSheet part(*m_sheet, m_formats, paper, m_line);
         m_line = part.write() + 1;
         if (!paper.half) {
@@ -347,6 +347,14 @@ public:
     }
 
 private:
+    void drawCutLine(const Paper& paper)
+    {
+        const auto last = static_cast<lxw_col_t>(paper.widths.size() - 1);
+        for (lxw_col_t column = 0; column <= last; ++column)
+            check(worksheet_write_blank(m_sheet, static_cast<lxw_row_t>(m_line), column,
+                                        m_formats.cutLine()));
+        m_line += 2;
+    }
     void beginSheet(const Paper& paper)
     {
         finish();

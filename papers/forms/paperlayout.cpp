@@ -127,10 +127,18 @@ double PaperLayout::topHeight() const
 {
     const auto frameLines = std::max(m_paper.institution.size(), m_paper.approval.size());
     double height = static_cast<double>(frameLines) * lineHeight(10);
-    height += lineHeight(12) * static_cast<double>(m_paper.title.count(u'\n') + 1) + mm(1);
+    height += titleHeight(m_paper.title, kTitlePoints, true) + mm(1);
     if (!m_paper.subtitle.isEmpty())
-        height += lineHeight(10);
+        height += titleHeight(m_paper.subtitle, kTextPoints, false);
     return height + mm(2);
+}
+
+double PaperLayout::titleHeight(const QString& text, double points, bool bold) const
+{
+    const QFontMetricsF metrics(textFont(points, bold), m_frame.device);
+    const QRectF room(0, 0, m_frame.area.width(), kAnyLength);
+    return std::max(lineHeight(points),
+                    metrics.boundingRect(room, Qt::TextWordWrap, text).height());
 }
 
 double PaperLayout::notesHeight() const

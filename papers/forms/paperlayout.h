@@ -38,7 +38,7 @@ struct PageShare
 class PaperLayout
 {
 public:
-    static constexpr double kTablePoints = 9;
+    static constexpr double kTablePoints = 9, kTextPoints = 10, kTitlePoints = 12;
     static constexpr double kLeastPoints = 6.5;
     static constexpr double kFooterMm = 5;
 
@@ -52,6 +52,8 @@ public:
     double rowHeight(std::size_t row) const { return m_rowHeights[row]; }
     double headHeight() const;
     double topHeight() const;
+    // Of the title or subtitle, which may wrap.
+    double titleHeight(const QString& text, double points, bool bold) const;
     double notesHeight() const;
     // Of the whole share, without the footer.
     double height(const PageShare& share) const;

@@ -150,17 +150,16 @@ double PaperPainter::paintTop(QPainter& painter, const PaperLayout& layout, doub
     put(paper.approval, QRectF(across * 0.62, y, across * 0.38, line));
     y += line * static_cast<double>(std::max(paper.institution.size(), paper.approval.size()));
 
-    const double titleHeight =
-        layout.lineHeight(12) * static_cast<double>(paper.title.count(u'\n') + 1);
-    painter.setFont(layout.textFont(12, true));
     y += layout.mm(1);
-    painter.drawText(QRectF(0, y, across, titleHeight), Qt::AlignHCenter, paper.title);
-    y += titleHeight;
-    if (!paper.subtitle.isEmpty()) {
-        painter.setFont(layout.textFont(10));
-        painter.drawText(QRectF(0, y, across, line), Qt::AlignHCenter, paper.subtitle);
-        y += line;
-    }
+    const auto putCentred = [&](const QString& text, double points, bool bold) {
+        const double height = layout.titleHeight(text, points, bold);
+        painter.setFont(layout.textFont(points, bold));
+        painter.drawText(QRectF(0, y, across, height), Qt::AlignHCenter | Qt::TextWordWrap, text);
+        y += height;
+    };
+    putCentred(paper.title, PaperLayout::kTitlePoints, true);
+    if (!paper.subtitle.isEmpty())
+        putCentred(paper.subtitle, PaperLayout::kTextPoints, false);
     return y + layout.mm(2);
 }
 

@@ -15,7 +15,7 @@ namespace {
 
 // Millimetres.
 constexpr double kLeastGrade = 8, kMostGrade = 12, kAverage = 12, kCount = 7, kMissed = 10,
-                 kRemark = 18;
+                 kRemark = 20;
 const QString kNotAssessed = u"н/а"_s;
 
 // Where the columns stand.
@@ -92,7 +92,7 @@ private:
         head[1].push_back(rotatedHeading(u"всего"_s));
         head[1].push_back(rotatedHeading(u"неуваж."_s));
         if (m_table.isFinal())
-            head[0].push_back(heading(u"Приме- чание"_s, 1, 2));
+            head[0].push_back(heading(u"Примечание"_s, 1, 2));
         return head;
     }
 
@@ -236,8 +236,8 @@ private:
         Row row{totalLabel(worded(m_table.source.wording, u"Преподаватель"_s))};
         for (const auto& column : m_table.sheet.columns) {
             const auto found = m_table.teachers.find(column.discipline);
-            Cell cell =
-                text(found == m_table.teachers.end() ? QString() : found->second, Align::Centre);
+            QString names = found == m_table.teachers.end() ? QString() : found->second;
+            Cell cell = text(names.replace(u", "_s, u"\n"_s), Align::Centre);
             cell.rotated = true;
             row.push_back(cell);
         }
