@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What a clerk does in the attendance journal, through jurnalctl: opens the file, looks at a
-# month of one group, marks an absence and sees it in the grid.
+# What a clerk does, through jurnalctl: opens the file, marks an absence, sees it in the month of
+# the group, looks at the grades, compares the specialities and makes the month's statement.
 #   scripts/tour.sh JURNALCTL FILE
 set -euo pipefail
 ctl=$1 journal=$2
@@ -24,3 +24,14 @@ echo
 echo "Отметка пропуска: студент $student, дисциплина $discipline, $date, занятие $number"
 "$ctl" mark "$journal" --student "$student" --discipline "$discipline" --date "$date" --lesson "$number"
 "$ctl" attendance "$journal" --group "$group" --discipline "$discipline" --month "$month" --year "$year"
+echo
+echo "Оценки за месяцы учебного года и итоговые"
+"$ctl" grades "$journal" --group "$group" --discipline "$discipline" --mode monthly
+echo
+echo "Места специальностей за учебный год"
+"$ctl" ranking "$journal" --from "$(first "SELECT Format(DATN, \"yyyy-mm-dd\") AS D FROM RASP;")" \
+    --to "$(first "SELECT Format(DATK, \"yyyy-mm-dd\") AS D FROM RASP;")" --grades final
+echo
+statement=$(mktemp -u --suffix=.xlsx)
+echo "Ведомость посещаемости группы: $statement"
+"$ctl" report attendance "$journal" --group "$group" --month "$month" --year "$year" -o "$statement"
