@@ -29,8 +29,8 @@ echo "Оценки за месяцы учебного года и итоговы
 "$ctl" grades "$journal" --group "$group" --discipline "$discipline" --mode monthly
 echo
 echo "Места специальностей за учебный год"
-"$ctl" ranking "$journal" --from "$(first "SELECT Format(DATN, \"yyyy-mm-dd\") AS D FROM RASP;")" \
-    --to "$(first "SELECT Format(DATK, \"yyyy-mm-dd\") AS D FROM RASP;")" --grades final
+"$ctl" ranking "$journal" --from "$(first "SELECT DATN FROM RASP;")" \
+    --to "$(first "SELECT DATK FROM RASP;")" --grades final
 echo
 statement=$(mktemp -u --suffix=.xlsx)
 echo "Ведомость посещаемости группы: $statement"
