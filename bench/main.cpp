@@ -1,5 +1,6 @@
 #include "bench/limits.h"
 #include "bench/peer.h"
+#include "bench/reports.h"
 #include "bench/workloads.h"
 
 #include <benchmark/benchmark.h>
@@ -29,6 +30,8 @@ try {
     missed += bench::checkGradeFills(journal);
     missed += bench::checkFinals(journal);
     missed += bench::checkPeriod(journal);
+    missed += bench::checkReports(journal);
+    missed += bench::checkStatements(journal);
     std::printf("\n");
     bench::Peer peer(journal.database(), scratch / "peer.sqlite");
     bench::Bench bench{journal, peer, argv[2]};

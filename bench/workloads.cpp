@@ -1,6 +1,7 @@
 #include "bench/workloads.h"
 
 #include "bench/peer.h"
+#include "bench/reports.h"
 #include "bench/truancy.h"
 
 #include "data/journal.h"
@@ -238,6 +239,8 @@ std::vector<Comparison> comparisons(Bench& bench)
                                    lookups(bench)};
     for (Comparison& cells : truancy(bench))
         all.push_back(std::move(cells));
+    for (Comparison& report : reports(bench))
+        all.push_back(std::move(report));
     all.push_back(durableMark(bench));
     all.push_back(inserts(bench));
     return all;
