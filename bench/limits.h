@@ -26,6 +26,9 @@ int checkFinals(OpenJournal& journal);
 // Time from the command to rows on disk, three months of lessons missed by one student.
 int checkPeriod(OpenJournal& journal);
 
+// Processor time of each statement, of one group and of all.
+int checkStatements(OpenJournal& journal);
+
 // Prints the line of a figure; 1 when it is beyond its limit, else 0.
 int report(const std::string& name, double measured, double limit, const char* unit);
 
