@@ -1,5 +1,6 @@
 #include "app/windows.h"
 
+#include "import/forms/importtimetable.h"
 #include "journals/forms/frmhpos.h"
 #include "journals/forms/frmhusp.h"
 #include "reports/forms/frmdocument.h"
@@ -16,6 +17,15 @@ namespace app {
 namespace {
 
 const QString kRanking = u"mnuototd"_s;
+
+auto importOfLessons(const refbooks::BookListParts& parts)
+{
+    const imports::ImportParts imported{parts.session, parts.settings, parts.prompt, parts.status,
+                                        parts.chooser};
+    return [imported](refbooks::Book, const refbooks::ListFilter&, QWidget* parent) {
+        return imports::importTimetable(imported, parent);
+    };
+}
 
 } // namespace
 
@@ -42,9 +52,13 @@ void offerBooks(shell::WindowRegistry& registry, refbooks::BookListParts parts,
             refbooks::catalogue()[static_cast<std::size_t>(code)].command;
         if (command.empty())
             continue;
+        const auto book = static_cast<refbooks::Book>(code);
+        refbooks::BookListParts ofBook = parts;
+        if (book == refbooks::Book::Lessons)
+            ofBook.import = importOfLessons(parts);
         registry.offer(QString::fromLatin1(command.data(), static_cast<qsizetype>(command.size())),
-                       [parts, book = static_cast<refbooks::Book>(code)](QWidget* parent) {
-                           return new refbooks::frmSPRAV(book, parts, parent);
+                       [ofBook, book](QWidget* parent) {
+                           return new refbooks::frmSPRAV(book, ofBook, parent);
                        });
     }
 }

@@ -34,6 +34,7 @@ void addCreate(CLI::App& program, Streams streams);
 void addDemo(CLI::App& program, Streams streams);
 void addFinals(CLI::App& program, Streams streams);
 void addGrades(CLI::App& program, Streams streams);
+void addImportLessons(CLI::App& program, Streams streams);
 void addMark(CLI::App& program, Streams streams);
 void addRanking(CLI::App& program, Streams streams);
 void addReport(CLI::App& program, Streams streams);

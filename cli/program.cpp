@@ -33,6 +33,7 @@ void addCommands(CLI::App& program, Streams streams)
     addAttendance(program, streams);
     addFinals(program, streams);
     addGrades(program, streams);
+    addImportLessons(program, streams);
     addMark(program, streams);
     addRanking(program, streams);
     addReport(program, streams);

@@ -39,6 +39,21 @@ QString doneText(const ImportCounts& counts, const shell::Wording& wording)
         .arg(counts.lessons);
 }
 
+QString emptyText()
+{
+    return u"В базе данных нечего импортировать: ее таблицы пусты."_s;
+}
+
+QString thereText(std::int64_t lessons, const shell::Wording& wording)
+{
+    return worded(wording, u"В журнале за эти дни уже были занятия: %1."_s).arg(lessons);
+}
+
+QString againText(const shell::Wording& wording)
+{
+    return worded(wording, u"Импорт добавит занятия еще раз. Продолжить?"_s);
+}
+
 QString skippedText(const LessonChoice& choice, const shell::Wording& wording)
 {
     QStringList reasons;

@@ -25,6 +25,11 @@ QList<SummaryLine> summary(const ImportCounts& counts, const shell::Wording& wor
 QString doneText();
 QString doneText(const ImportCounts& counts, const shell::Wording& wording);
 
+// Why nothing is imported from an empty timetable.
+QString emptyText();
+// That the journal holds lessons of these days, and that they will be doubled.
+QString thereText(std::int64_t lessons, const shell::Wording& wording);
+QString againText(const shell::Wording& wording);
 // How many lessons of the choice are not imported and why, "" when all are.
 QString skippedText(const LessonChoice& choice, const shell::Wording& wording);
 // Why one lesson is not imported, "" when it is.

@@ -1,6 +1,7 @@
 #include "import/lessonimport.h"
 
 #include "data/convert.h"
+#include "import/importtexts.h"
 #include "import/worded.h"
 #include "jet/database.h"
 #include "shell/prompt.h"
@@ -91,6 +92,11 @@ std::optional<ImportCounts> importLessons(const Timetable& timetable, const Peri
     return countsOf(books, choice);
 }
 
+bool isEmpty(const Timetable& timetable, const LessonChoice& choice)
+{
+    return timetable.isEmpty() && choice.complete == 0;
+}
+
 std::int64_t lessonsThere(jet::Database& journal, const Period& period, const LessonChoice& choice)
 {
     QSet<QDate> days; // outside the period
@@ -115,18 +121,15 @@ bool mayBegin(shell::Session& session, shell::Prompt& prompt, const Timetable& t
         prompt.exclamation(why);
         return false;
     }
-    if (timetable.isEmpty() && choice.complete == 0) {
-        prompt.exclamation(u"В базе данных нечего импортировать: ее таблицы пусты."_s);
+    if (isEmpty(timetable, choice)) {
+        prompt.exclamation(emptyText());
         return false;
     }
     const std::int64_t there =
         choice.complete == 0 ? 0 : lessonsThere(session.database(), period, choice);
     if (there > 0
-        && !prompt.question(
-            worded(wording, u"В журнале за эти дни уже есть занятия: %1. Импорт добавит занятия "
-                            "еще раз. Продолжить?"_s)
-                .arg(there),
-            shell::Answer::No))
+        && !prompt.question(thereText(there, wording) + u' ' + againText(wording),
+                            shell::Answer::No))
         return false;
     return session.beforeMassAction(worded(wording, u"импортом занятий"_s));
 }

@@ -30,6 +30,9 @@ std::optional<ImportCounts> importLessons(const Timetable& timetable, const Peri
                                           const LessonChoice& choice, jet::Database& journal,
                                           const shell::Progress& progress = {});
 
+// Nothing would come of an import.
+bool isEmpty(const Timetable& timetable, const LessonChoice& choice);
+
 // The lessons that the journal holds in the period and on the other days of the lessons chosen.
 // Throws jet::Error.
 std::int64_t lessonsThere(jet::Database& journal, const Period& period, const LessonChoice& choice);

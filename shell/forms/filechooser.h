@@ -29,6 +29,10 @@ public:
     virtual ~FileChooser() = default;
     // The path of an existing journal file, "" when cancelled. `folder` is where to begin.
     virtual QString openJournal(const QString& folder) = 0;
+    // The path of an existing file to import from, "" when cancelled. `filter` as Qt's file
+    // dialogs take it; `last` is the file chosen last time, or the folder to begin in.
+    virtual QString openSource(const QString& title, const QString& filter,
+                               const QString& last) = 0;
     // The path for a new journal file with its extension, "" when cancelled.
     virtual QString newJournal(const QString& folder) = 0;
     // The path to save a journal under, "" when cancelled. The user has agreed that a file of

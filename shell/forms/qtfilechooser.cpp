@@ -31,6 +31,11 @@ QString QtFileChooser::openJournal(const QString& folder)
                                         folder, kFilter);
 }
 
+QString QtFileChooser::openSource(const QString& title, const QString& filter, const QString& last)
+{
+    return QFileDialog::getOpenFileName(QApplication::activeWindow(), title, last, filter);
+}
+
 // An existing file is refused later, by name: a journal is never overwritten by a new one.
 QString QtFileChooser::newJournal(const QString& folder)
 {

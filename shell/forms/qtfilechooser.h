@@ -9,6 +9,7 @@ class QtFileChooser final : public FileChooser
 {
 public:
     QString openJournal(const QString& folder) override;
+    QString openSource(const QString& title, const QString& filter, const QString& last) override;
     QString newJournal(const QString& folder) override;
     QString saveJournal(const QString& folder, const QString& name) override;
     QString saveTable(const QString& folder, const QString& name) override;

@@ -26,6 +26,7 @@ class SavePath final : public shell::FileChooser
 {
 public:
     QString openJournal(const QString&) override { return {}; }
+    QString openSource(const QString&, const QString&, const QString&) override { return {}; }
     QString newJournal(const QString&) override { return {}; }
     QString saveJournal(const QString&, const QString&) override { return {}; }
     QString saveTable(const QString& folder, const QString& name) override

@@ -7,6 +7,7 @@ class ScriptedChooser final : public shell::FileChooser
 {
 public:
     QString openJournal(const QString&) override { return answer; }
+    QString openSource(const QString&, const QString&, const QString&) override { return answer; }
     QString newJournal(const QString&) override { return answer; }
     QString saveJournal(const QString&, const QString& name) override
     {
