@@ -165,9 +165,14 @@ bool readRecord(jet::Database& database, RecordDraft& draft)
     auto rows = database.query("SELECT * FROM " + table + whereKey(draft));
     if (!rows.next())
         return false;
+    readValues(rows, draft);
+    return true;
+}
+
+void readValues(const jet::Recordset& rows, RecordDraft& draft)
+{
     for (std::size_t i = 0; i < draft.fields.size(); ++i)
         draft.values[i] = valueOf(draft, draft.fields[i], rows[draft.fields[i].field]);
-    return true;
 }
 
 std::optional<std::int64_t> storeRecord(jet::Database& database, const RecordDraft& draft)

@@ -6,12 +6,15 @@
 
 namespace jet {
 class Database;
-}
+class Recordset;
+} // namespace jet
 
 namespace refbooks {
 
 // Reads the row of draft.key into the values; false when there is none. Throws jet::Error.
 bool readRecord(jet::Database& database, RecordDraft& draft);
+// Takes the values from the present row, which has all fields of the book's table.
+void readValues(const jet::Recordset& rows, RecordDraft& draft);
 
 // Adds a row (new, copy) and gives its key, or changes the row of draft.key; nothing when
 // that row is gone. Requires that every value fits its column. Throws jet::Error.

@@ -16,12 +16,13 @@ ALLOWED = {
     "papers": ["papers", "sheets", "data", "jet"],
     "demo": ["demo", "data", "jet"],
     **{folder: [folder, "papers", "sheets", "shell", "data", "jet"] for folder in LOGIC},
+    "import": ["import", "refbooks", "shell", "data", "jet"],
     "reports": ["reports", "journals", "papers", "sheets", "shell", "data", "jet"],
     "cli": ["cli", "demo", *LOGIC, "papers", "shell", "data", "jet"],
     "app": ["app", "demo", "shell/forms", *[f"{f}/forms" for f in LOGIC], *LOGIC, "shell", "data", "jet"],
     "shell/forms": ["shell/forms", "sheets", "shell", "data", "jet"],
     "papers/forms": ["papers/forms", "papers", "sheets", "shell/forms", "shell", "data", "jet"],
-    **{f"{folder}/forms": [f"{folder}/forms", folder, *(["journals", "journals/forms"] if folder == "reports" else []), "papers/forms", "papers", "shell/forms", "sheets", "shell", "data", "jet"] for folder in LOGIC},
+    **{f"{folder}/forms": [f"{folder}/forms", folder, *(["journals", "journals/forms"] if folder == "reports" else ["refbooks"] if folder == "import" else []), "papers/forms", "papers", "shell/forms", "sheets", "shell", "data", "jet"] for folder in LOGIC},
 }
 WIDGETS = re.compile(r"#include <Q(Widget|Dialog|MainWindow|MessageBox|TableView|Application|Mdi\w+)>")
 SQL = re.compile(r"\b(SELECT|DELETE|UPDATE|INSERT)\s+(\*|[A-Z]|INTO)")
