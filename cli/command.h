@@ -35,6 +35,7 @@ void addDemo(CLI::App& program, Streams streams);
 void addFinals(CLI::App& program, Streams streams);
 void addGrades(CLI::App& program, Streams streams);
 void addImportLessons(CLI::App& program, Streams streams);
+void addImportList(CLI::App& program, Streams streams);
 void addMark(CLI::App& program, Streams streams);
 void addRanking(CLI::App& program, Streams streams);
 void addReport(CLI::App& program, Streams streams);

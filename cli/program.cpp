@@ -34,6 +34,7 @@ void addCommands(CLI::App& program, Streams streams)
     addFinals(program, streams);
     addGrades(program, streams);
     addImportLessons(program, streams);
+    addImportList(program, streams);
     addMark(program, streams);
     addRanking(program, streams);
     addReport(program, streams);
