@@ -9,7 +9,7 @@ namespace papers {
 namespace {
 
 constexpr double kTablePoints = 9;
-constexpr double kLeastHead = 28, kLeastBody = 13.5, kMostRotated = 130;
+constexpr double kLeastHead = 28, kLeastBody = 12.5, kMostRotated = 130;
 
 double rotatedHeight(const Cell& cell)
 {

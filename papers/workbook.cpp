@@ -2,13 +2,12 @@
 
 #include "data/convert.h"
 #include "papers/rowheights.h"
+#include "papers/workbookformats.h"
 #include "sheets/xlsxbook.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
 #include <string>
-#include <tuple>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -20,122 +19,19 @@ using sheets::cellText;
 using sheets::check;
 
 constexpr double kMmPerInch = 25.4;
-constexpr lxw_color_t kShade = 0xE4E4E4;
-constexpr lxw_color_t kUnexcused = 0xB00000;
-constexpr lxw_color_t kExcused = 0x0030A0;
 constexpr double kApprovalShare = 0.62;
-constexpr double kTablePoints = 9, kTextPoints = 10, kTitlePoints = 12;
+constexpr double kTextPoints = 10, kTitlePoints = 12;
 
 double inches(double mm)
 {
     return mm / kMmPerInch;
 }
 
-// The formats of a workbook, each made once.
-class Formats
-{
-public:
-    explicit Formats(lxw_workbook& book)
-        : m_book(book)
-    {}
-
-    lxw_format* of(const Cell& cell, bool hidesZero)
-    {
-        const Key key{static_cast<int>(cell.align),
-                      static_cast<int>(cell.ink),
-                      cell.decimals,
-                      cell.bold,
-                      cell.shaded,
-                      cell.rotated,
-                      hidesZero};
-        lxw_format*& format = m_cells[key];
-        if (!format)
-            format = make(cell, hidesZero);
-        return format;
-    }
-    // Of a line outside the table.
-    lxw_format* line(double points, bool bold, lxw_format_alignments align)
-    {
-        lxw_format*& format = m_lines[{points, bold, static_cast<int>(align)}];
-        if (!format) {
-            format = plain(points);
-            if (bold)
-                format_set_bold(format);
-            format_set_align(format, static_cast<std::uint8_t>(align));
-        }
-        return format;
-    }
-    // Between two papers of a page.
-    lxw_format* cutLine()
-    {
-        if (!m_cut) {
-            m_cut = plain(kTablePoints);
-            format_set_bottom(m_cut, LXW_BORDER_DASHED);
-        }
-        return m_cut;
-    }
-    lxw_format* wrappedLine()
-    {
-        if (!m_wrapped) {
-            m_wrapped = plain(kTablePoints);
-            format_set_text_wrap(m_wrapped);
-            format_set_align(m_wrapped, LXW_ALIGN_VERTICAL_TOP);
-        }
-        return m_wrapped;
-    }
-
-private:
-    using Key = std::tuple<int, int, int, bool, bool, bool, bool>;
-
-    lxw_format* plain(double points)
-    {
-        lxw_format* format = workbook_add_format(&m_book);
-        format_set_font_name(format, "Times New Roman");
-        format_set_font_size(format, points);
-        return format;
-    }
-    lxw_format* make(const Cell& cell, bool hidesZero)
-    {
-        static constexpr lxw_format_alignments kAligns[] = {LXW_ALIGN_LEFT, LXW_ALIGN_CENTER,
-                                                            LXW_ALIGN_RIGHT};
-        lxw_format* format = plain(kTablePoints);
-        format_set_border(format, LXW_BORDER_THIN);
-        format_set_align(format, static_cast<std::uint8_t>(kAligns[static_cast<int>(cell.align)]));
-        format_set_align(format, LXW_ALIGN_VERTICAL_CENTER);
-        format_set_text_wrap(format);
-        if (cell.bold || cell.ink == Ink::Unexcused)
-            format_set_bold(format);
-        if (cell.ink == Ink::Unexcused)
-            format_set_font_color(format, kUnexcused);
-        if (cell.ink == Ink::Excused) {
-            format_set_font_color(format, kExcused);
-            format_set_italic(format);
-        }
-        if (cell.shaded)
-            format_set_bg_color(format, kShade);
-        constexpr std::int16_t kUpwards = 90;
-        if (cell.rotated)
-            format_set_rotation(format, kUpwards);
-        std::string digits = "0";
-        if (cell.decimals > 0)
-            digits += '.' + std::string(static_cast<std::size_t>(cell.decimals), '0');
-        const std::string hidden = digits + ";-" + digits + ";;@";
-        format_set_num_format(format, (hidesZero ? hidden : digits).c_str());
-        return format;
-    }
-
-    lxw_workbook& m_book;
-    std::map<Key, lxw_format*> m_cells;
-    std::map<std::tuple<double, bool, int>, lxw_format*> m_lines;
-    lxw_format* m_wrapped = nullptr;
-    lxw_format* m_cut = nullptr;
-};
-
 // Writes one paper on a sheet from a row on.
 class PaperSheet
 {
 public:
-    PaperSheet(lxw_worksheet& sheet, Formats& formats, const Paper& paper, int top)
+    PaperSheet(lxw_worksheet& sheet, WorkbookFormats& formats, const Paper& paper, int top)
         : m_sheet(sheet)
         , m_formats(formats)
         , m_paper(paper)
@@ -280,7 +176,7 @@ private:
     }
 
     lxw_worksheet& m_sheet;
-    Formats& m_formats;
+    WorkbookFormats& m_formats;
     const Paper& m_paper;
     int m_top;
 };
@@ -365,7 +261,7 @@ private:
     }
 
     lxw_workbook& m_book;
-    Formats m_formats;
+    WorkbookFormats m_formats;
     std::set<QString> m_names;
     lxw_worksheet* m_sheet = nullptr;
     const Paper* m_below = nullptr; // the one written last
@@ -384,6 +280,7 @@ void writeWorkbook(const Document& document, const QString& path, sheets::Existi
             const std::string title = cellText(document.name);
             properties.title = const_cast<char*>(title.c_str()); // the library copies it
             check(workbook_set_properties(&book, &properties));
+            setOwnFont(book);
             PaperBook papers(book);
             for (const Paper& paper : document.papers)
                 papers.add(paper);

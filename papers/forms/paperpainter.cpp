@@ -146,7 +146,7 @@ double PaperPainter::paintTop(QPainter& painter, const PaperLayout& layout, doub
     };
     painter.setPen(Qt::black);
     painter.setFont(layout.textFont(10));
-    put(paper.institution, QRectF(0, y, across * 0.6, line));
+    put(paper.institution, QRectF(0, y, paper.approval.isEmpty() ? across : across * 0.6, line));
     put(paper.approval, QRectF(across * 0.62, y, across * 0.38, line));
     y += line * static_cast<double>(std::max(paper.institution.size(), paper.approval.size()));
 
