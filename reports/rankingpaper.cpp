@@ -41,10 +41,9 @@ Paper paperOf(RankingLevel level, std::span<const RankingRow> rows, const QStrin
     std::size_t item = kName;
     for (const QString& head : rankingHeads(level)) {
         const QString shown = worded(wording, head);
+        const bool wide = item == kPersonHours || item == kMissed || item == kMissedExcused;
         paper.head[0].push_back(item == kName ? heading(shown) : rotatedHeading(shown));
-        paper.widths.push_back(item == kName                             ? kNameWidth
-                               : item == kPersonHours || item == kMissed ? kWideWidth
-                                                                         : kNumberWidth);
+        paper.widths.push_back(item == kName ? kNameWidth : wide ? kWideWidth : kNumberWidth);
         ++item;
     }
     for (const RankingRow& row : rows)

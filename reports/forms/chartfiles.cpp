@@ -46,18 +46,20 @@ void paint(QPainter& painter, const QRectF& target, const RankingChart& chart)
     scene.render(&painter, target, drawn->rect(), Qt::KeepAspectRatio);
 }
 
-void paintPages(QPrinter& printer, const std::vector<RankingChart>& charts)
+// The heading stands above each chart.
+void paintPages(QPrinter& printer, const std::vector<RankingChart>& charts, const QString& heading)
 {
     QPainter painter(&printer);
-    bool first = true;
+    const QSizeF page = printer.pageLayout().paintRectPixels(printer.resolution()).size();
+    const double top = 2 * painter.fontMetrics().height();
+    bool isFirst = true;
     for (const RankingChart& chart : charts) {
-        if (!first)
+        if (!isFirst)
             printer.newPage();
-        first = false;
-        paint(painter,
-              QRectF(QPointF(),
-                     printer.pageLayout().paintRectPixels(printer.resolution()).size().toSizeF()),
-              chart);
+        isFirst = false;
+        painter.setPen(Qt::black);
+        painter.drawText(QRectF(0, 0, page.width(), top), Qt::AlignHCenter, heading);
+        paint(painter, QRectF(0, top, page.width(), page.height() - top), chart);
     }
 }
 
@@ -86,7 +88,8 @@ bool writePng(QIODevice& file, const RankingChart& chart)
 
 } // namespace
 
-void printCharts(const std::vector<RankingChart>& charts, const QString& title, QWidget* parent)
+void printCharts(const std::vector<RankingChart>& charts, const QString& title,
+                 const QString& period, QWidget* parent)
 {
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(title);
@@ -94,8 +97,9 @@ void printCharts(const std::vector<RankingChart>& charts, const QString& title, 
                            QMarginsF(15, 10, 10, 10), QPageLayout::Millimeter});
     QPrintPreviewDialog preview(&printer, parent, Qt::Window | Qt::WindowMaximizeButtonHint);
     preview.setWindowTitle(u"Печать: "_s + title);
-    QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, &preview,
-                     [&charts](QPrinter* device) { paintPages(*device, charts); });
+    QObject::connect(
+        &preview, &QPrintPreviewDialog::paintRequested, &preview,
+        [&](QPrinter* device) { paintPages(*device, charts, title + u", "_s + period); });
     constexpr QSize kRoomy(1000, 800);
     preview.resize(kRoomy);
     preview.exec();

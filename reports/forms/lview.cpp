@@ -353,7 +353,7 @@ void LView::printBothCharts()
         for (const Half* half : {&m_specialities, &m_groups})
             if (half->chart)
                 charts.push_back(*half->chart);
-        printCharts(charts, windowTitle(), this);
+        printCharts(charts, windowTitle(), rankingPeriodText(*m_shown), this);
     });
 }
 
