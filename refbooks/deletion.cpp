@@ -81,7 +81,7 @@ int Deletion::deleteSelected(Book book, std::span<const std::int64_t> keys)
     if (book != Book::Users && !mayChangeBooks(m_session, m_prompt))
         return 0;
     const QString ending = keys.size() == 1 ? u"ую строку?"_s : u"ые строки?"_s;
-    if (!m_prompt.question(u"Удалить выделенн"_s + ending, shell::Answer::No))
+    if (!m_prompt.confirm(u"Удалить выделенн"_s + ending))
         return 0;
 
     m_deleted = 0;
@@ -105,8 +105,7 @@ void Deletion::deleteRows(const DeletionRule& rule, std::span<const std::int64_t
         if (const auto text = refusal(rule, keys[i])) {
             if (i + 1 == keys.size()) {
                 m_prompt.exclamation(*text);
-            } else if (!m_prompt.question(*text + u"\n\nУдалить остальные выделенные строки?"_s,
-                                          shell::Answer::No)) {
+            } else if (!m_prompt.confirm(*text + u"\n\nУдалить остальные выделенные строки?"_s)) {
                 return;
             }
         } else if (deleteRow(rule, keys[i])) {
@@ -190,7 +189,7 @@ bool Deletion::deleteStudent(const DeletionRule& rule, std::int64_t key)
     const bool inJournals =
         database().count("SELECT * From UROKI WHERE ((UROKI.IDd)=" + number + ");") > 0
         || database().count("SELECT * From usp WHERE ((usp.IDd)=" + number + ");") > 0;
-    if (inJournals && !m_prompt.question(named(rule, key, kStudentInJournals), shell::Answer::No))
+    if (inJournals && !m_prompt.confirm(named(rule, key, kStudentInJournals)))
         return false;
     jet::Transaction transaction(database());
     if (inJournals) {

@@ -73,15 +73,12 @@ Choices filled(const Source& source, const std::string& query, jet::Database& da
     return choices;
 }
 
-// The whole group, "1 п/г", "2 п/г" and what further subgroups students have.
+// The whole group, then the subgroups that students have.
 Choices subgroups(jet::Database& database, const shell::Wording& wording)
 {
-    constexpr std::int64_t kUsual = 2, kMost = 9;
     auto rows = database.query("SELECT max(IDGG) FROM SPSTUD;");
-    const std::int64_t most = rows.next() ? rows.integer(0) : 0;
-    Choices choices{{0, worded(wording, u"(группа полностью)"_s)}};
-    for (int number = 1; number <= std::clamp(most, kUsual, kMost); ++number)
-        choices.push_back({number, QString::number(number) + u" п/г"_s});
+    Choices choices = numberedSubgroups(rows.next() ? rows.integer(0) : 0);
+    choices.insert(choices.begin(), {0, worded(wording, u"(группа полностью)"_s)});
     return choices;
 }
 
@@ -110,6 +107,15 @@ Choices choices(Lookup lookup, jet::Database& database, const shell::Wording& wo
         return filled(*source, source->fill, database);
     }
     }
+}
+
+Choices numberedSubgroups(std::int64_t highest)
+{
+    constexpr std::int64_t kUsual = 2, kMost = 9;
+    Choices choices;
+    for (int number = 1; number <= std::clamp(highest, kUsual, kMost); ++number)
+        choices.push_back({number, QString::number(number) + u" п/г"_s});
+    return choices;
 }
 
 QString textOfKey(Lookup lookup, int key, jet::Database& database, const shell::Wording& wording)

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -44,6 +45,9 @@ using Choices = std::vector<Choice>;
 
 // The list's rows in its order. Throws jet::Error.
 Choices choices(Lookup lookup, jet::Database& database, const shell::Wording& wording);
+
+// "1 п/г", "2 п/г" and what further ones there are up to the highest in use.
+Choices numberedSubgroups(std::int64_t highest);
 
 // The text of the row with that key, "" when there is none. Throws jet::Error.
 QString textOfKey(Lookup lookup, int key, jet::Database& database, const shell::Wording& wording);

@@ -44,7 +44,7 @@ bool deleteAllWorkload(shell::Session& session, shell::Prompt& prompt)
         return false;
     }
     const auto agreed = [&](const Phrase& question) {
-        return prompt.question(question.in(session.wording()), shell::Answer::No);
+        return prompt.confirm(question.in(session.wording()));
     };
     if (!std::ranges::all_of(kQuestions, agreed)
         || !session.beforeMassAction(u"удалением всей нагрузки"_s))

@@ -1,8 +1,8 @@
 #include "refbooks/workloadcopy.h"
 
-#include "data/convert.h"
 #include "jet/database.h"
 #include "jet/sqltext.h"
+#include "refbooks/lookups.h"
 #include "refbooks/permission.h"
 #include "refbooks/phrase.h"
 #include "refbooks/workloadlinks.h"
@@ -61,13 +61,11 @@ Source readSource(jet::Database& database, std::int64_t key, std::string_view re
     return source;
 }
 
-std::vector<CopyTarget> allGroups(jet::Database& database)
+std::vector<CopyTarget> allGroups(jet::Database& database, const shell::Wording& wording)
 {
     std::vector<CopyTarget> groups;
-    auto rows =
-        database.query("SELECT SPGRUP.IDG, SPGRUP.NAIM AS GRP FROM SPGRUP ORDER BY SPGRUP.NAIM;");
-    while (rows.next())
-        groups.push_back({rows.integer(0), data::fromUtf8(rows.text(1))});
+    for (const Choice& group : choices(Lookup::Groups, database, wording))
+        groups.push_back({*group.key, group.text});
     return groups;
 }
 
@@ -120,14 +118,13 @@ jet::Database& WorkloadCopy::database()
 std::vector<CopyTarget> WorkloadCopy::targets(CopyTo to, std::span<const std::int64_t> keys)
 {
     if (to == CopyTo::Groups)
-        return allGroups(database());
-    constexpr std::int64_t kUsual = 2, kMost = 9;
-    std::int64_t highest = kUsual;
+        return allGroups(database(), m_session.wording());
+    std::int64_t highest = 0;
     for (const std::int64_t key : keys)
         highest = std::max(highest, highestSubgroup(database(), key));
     std::vector<CopyTarget> subgroups;
-    for (std::int64_t number = 1; number <= std::min(highest, kMost); ++number)
-        subgroups.push_back({number, QString::number(number) + u" п/г"_s});
+    for (const Choice& subgroup : numberedSubgroups(highest))
+        subgroups.push_back({*subgroup.key, subgroup.text});
     return subgroups;
 }
 
@@ -136,7 +133,7 @@ int WorkloadCopy::copy(std::span<const std::int64_t> keys, CopyTo to,
 {
     if (keys.empty() || targets.empty() || !mayChangeBooks(m_session, m_prompt))
         return 0;
-    if (!m_prompt.question(question(to, targets), shell::Answer::No)) {
+    if (!m_prompt.confirm(question(to, targets))) {
         m_status.show(u"Строки не были скопированы."_s);
         m_status.show(u"Готово"_s);
         return 0;

@@ -172,9 +172,8 @@ bool WorkloadLinks::link(const Selection& selection)
     if (!m_prompt.question(u"Связать выделенные нагрузки?"_s, shell::Answer::No))
         return cancelled();
     if (selection.severalLinks
-        && !m_prompt.question(u"Выделено несколько связанных в разные связи нагрузок. Связать "
-                              u"воедино?"_s,
-                              shell::Answer::No))
+        && !m_prompt.confirm(
+            u"Выделено несколько связанных в разные связи нагрузок. Связать воедино?"_s))
         return cancelled();
     if (!goOnWithLessons(selection, true))
         return cancelled();

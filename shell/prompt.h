@@ -15,6 +15,8 @@ public:
     virtual void exclamation(const QString& text) = 0; // a refusal or a failed validation
     // A Yes/No question; `preset` is the default button. True when answered Yes.
     virtual bool question(const QString& text, Answer preset = Answer::No) = 0;
+    // A question before something that is not easily undone: a warning sign, No the default.
+    virtual bool confirm(const QString& text) { return question(text, Answer::No); }
     // Offers one way on, named on its button, beside going back, which is the default. True
     // when it was taken.
     virtual bool offer(const QString& text, const QString& action)

@@ -6,13 +6,13 @@
 #include "refbooks/worded.h"
 #include "shell/forms/paletteicon.h"
 #include "shell/forms/runcommand.h"
+#include "shell/forms/waitcursor.h"
 #include "shell/session.h"
 #include "shell/settings.h"
 #include "shell/statusline.h"
 #include "ui_frmsprav.h"
 
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QMdiSubWindow>
 #include <QSignalBlocker>
 
@@ -42,16 +42,6 @@ QString keyName(std::string_view key)
 {
     return QString::fromLatin1(key.data(), static_cast<qsizetype>(key.size()));
 }
-
-// A list of many lessons takes a second or two.
-class WaitCursor
-{
-public:
-    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
 
 // A caption in the institution's words; one that changes gets an access key that neither the
 // main menu nor the other captions have.
@@ -289,7 +279,7 @@ void frmSPRAV::refill(std::optional<std::int64_t> key)
     if (!key)
         key = currentKey();
     shell::runCommand(m_parts.prompt, kNotFilled, [this] {
-        const WaitCursor wait;
+        const shell::WaitCursor wait; // a list of 150,000 lessons takes half a second
         jet::Database& database = m_parts.session.database();
         m_filter.fill(database);
         m_model->load(database, m_filter.listFilter());

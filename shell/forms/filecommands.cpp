@@ -9,15 +9,14 @@
 #include "shell/files/snapshot.h"
 #include "shell/forms/filechooser.h"
 #include "shell/forms/runcommand.h"
+#include "shell/forms/waitcursor.h"
 #include "shell/session.h"
 #include "shell/settings.h"
 #include "shell/statusline.h"
 
-#include <QCursor>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -29,15 +28,6 @@ namespace {
 const QString kNotCreated = u"Создание базы данных не выполнено."_s;
 const QString kNotOpened = u"Файл базы данных не был открыт."_s;
 const QString kDemoFile = u"Демонстрация.mdb"_s;
-
-class WaitCursor final
-{
-public:
-    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
 
 } // namespace
 

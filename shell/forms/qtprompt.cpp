@@ -81,6 +81,13 @@ bool QtPrompt::question(const QString& text, Answer preset)
            == QMessageBox::Yes;
 }
 
+bool QtPrompt::confirm(const QString& text)
+{
+    return ask(QMessageBox::Warning, text, QMessageBox::Yes | QMessageBox::No, QMessageBox::No,
+               QMessageBox::No)
+           == QMessageBox::Yes;
+}
+
 bool QtPrompt::offer(const QString& text, const QString& action)
 {
     const PlainCursor cursor;

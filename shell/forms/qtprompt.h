@@ -13,6 +13,7 @@ public:
     void information(const QString& text) override;
     void exclamation(const QString& text) override;
     bool question(const QString& text, Answer preset) override;
+    bool confirm(const QString& text) override;
     bool offer(const QString& text, const QString& action) override;
     Answer saveQuestion(const QString& text) override;
 };

@@ -70,6 +70,14 @@ TEST(QtPrompt, ReturnTakesTheDefaultAnswerAndEscapeTheHarmlessOne)
     }
 }
 
+TEST(QtPrompt, WarnsBeforeWhatIsNotEasilyUndone)
+{
+    shell::QtPrompt prompt;
+    const Desk enter(Qt::Key_Return);
+    EXPECT_FALSE(prompt.confirm(u"Удалить выделенную строку?"_s));
+    EXPECT_EQ(enter.icon, QMessageBox::Warning);
+}
+
 TEST(QtPrompt, EscapeGoesBackWhenWorkWouldBeLost)
 {
     shell::QtPrompt prompt;
