@@ -21,7 +21,7 @@ std::vector<Fields> distinctions(const RecordDraft& draft)
 {
     switch (draft.book) {
     case Book::Workload:
-        return {{"IDP", "IDG", "IDGG", "IDD"}};
+        return {{"IDP", "IDG", "IDGG", "IDD", "DATNN", "DATKK"}};
     case Book::Groups:
         return {{"IDO", "KURS", "NAIM"}};
     case Book::Holidays:

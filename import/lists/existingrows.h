@@ -15,8 +15,9 @@ class Database;
 namespace imports {
 
 // The rows that a book has, to be found by what tells them apart: the fields that no two rows may
-// share; a group's speciality, course and name; a student's group and full name; whom, what and
-// whose a workload is; the day of a holiday; the days of a timetable project.
+// share; a group's speciality, course and name; a student's group and full name; whom, what,
+// whose and when a workload is, since it comes back in each term; the day of a holiday; the days of
+// a timetable project.
 class ExistingRows
 {
 public:

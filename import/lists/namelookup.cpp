@@ -8,9 +8,14 @@ using namespace Qt::StringLiterals;
 namespace imports {
 namespace {
 
-QString folded(const QString& name)
+QString exact(const QString& name)
 {
-    QString text = name.simplified().toCaseFolded();
+    return name.simplified().toCaseFolded();
+}
+
+QString loose(const QString& name)
+{
+    QString text = exact(name);
     text.replace(u". "_s, u"."_s);
     return text.replace(u'ё', u'е');
 }
@@ -22,7 +27,7 @@ NameLookup::NameLookup(refbooks::Lookup lookup, const refbooks::Choices& choices
 {
     for (const refbooks::Choice& choice : choices)
         if (choice.key)
-            insert(m_names, *choice.key, choice.text);
+            add(*choice.key, choice.text);
     addOthers(lookup, database);
 }
 
@@ -37,7 +42,7 @@ void NameLookup::addOthers(refbooks::Lookup lookup, jet::Database& database)
             const auto key = static_cast<int>(rows.integer(0));
             const QString code = data::fromUtf8(rows.text(1)), name = data::fromUtf8(rows.text(2));
             for (const QString& each : {name, code, u"%1 %2"_s.arg(code, name)})
-                insert(m_others, key, each);
+                insert(m_others, key, loose(each));
         }
         break;
     }
@@ -62,9 +67,14 @@ void NameLookup::addOthers(refbooks::Lookup lookup, jet::Database& database)
     }
 }
 
-void NameLookup::insert(Names& names, int key, const QString& name)
+void NameLookup::add(int key, const QString& name)
 {
-    const QString text = folded(name);
+    insert(m_names, key, exact(name));
+    insert(m_others, key, loose(name));
+}
+
+void NameLookup::insert(Names& names, int key, const QString& text)
+{
     if (text.isEmpty())
         return;
     const auto known = names.find(text);
@@ -76,9 +86,8 @@ void NameLookup::insert(Names& names, int key, const QString& name)
 
 NameLookup::Found NameLookup::find(const QString& name) const
 {
-    const QString text = folded(name);
-    const auto known = m_names.constFind(text);
-    return known == m_names.constEnd() ? m_others.value(text) : *known;
+    const auto known = m_names.constFind(exact(name));
+    return known == m_names.constEnd() ? m_others.value(loose(name)) : *known;
 }
 
 } // namespace imports

@@ -10,8 +10,9 @@ class Database;
 
 namespace imports {
 
-// Finds rows of a drop-down list by what a file calls them: case, blanks around and blanks behind
-// the points of initials do not count. A name that several rows have means none of them.
+// Finds rows of a drop-down list by what a file calls them: case and blanks around do not count,
+// nor, where no row has that very name, blanks behind the points of initials. A name that several
+// rows have means none of them.
 class NameLookup
 {
 public:
@@ -26,15 +27,15 @@ public:
         bool isAmbiguous = false;
     };
     Found find(const QString& name) const;
-    void add(int key, const QString& name) { insert(m_names, key, name); }
+    void add(int key, const QString& name);
 
 private:
     using Names = QHash<QString, Found>;
-    static void insert(Names& names, int key, const QString& name);
+    static void insert(Names& names, int key, const QString& text);
     void addOthers(refbooks::Lookup lookup, jet::Database& database);
 
     Names m_names;  // as the list shows them
-    Names m_others; // asked when the list shows no such name
+    Names m_others; // looser, and other names; asked when the list shows no such name
 };
 
 } // namespace imports
