@@ -22,25 +22,25 @@ constexpr double kGroupWidth = 24, kCuratorWidth = 34, kFigureWidth = 11.8; // m
 constexpr int kLead = 3;                                                    // columns
 
 // The columns of figures, in order.
-enum Figure : int {
-    kSize,
-    kFives,
-    kFours,
-    kThrees,
-    kTwos,
-    kNoMarks,
-    kQuality,
-    kPassRate,
-    kAverage,
-    kTaught,
-    kPersonHours,
-    kMissed,
-    kExcused,
-    kUnexcused,
-    kPerStudent,
-    kAttendance,
-    kForgiving,
-    kFigures, // how many
+enum Column : int {
+    ColumnSize,
+    ColumnFives,
+    ColumnFours,
+    ColumnThrees,
+    ColumnTwos,
+    ColumnNoMarks,
+    ColumnQuality,
+    ColumnPassRate,
+    ColumnAverage,
+    ColumnTaught,
+    ColumnPersonHours,
+    ColumnMissed,
+    ColumnExcused,
+    ColumnUnexcused,
+    ColumnPerStudent,
+    ColumnAttendance,
+    ColumnForgiving,
+    ColumnCount, // how many
 };
 
 struct Figures
@@ -103,26 +103,26 @@ std::vector<Speciality> readSpecialities(const StatementSource& source, journals
     return specialities;
 }
 
-int value(const Figures& figures, Figure figure)
+int value(const Figures& figures, Column figure)
 {
     const Performance& students = figures.performance;
     const AttendanceFigures& hours = figures.attendance;
     switch (figure) {
-    case kSize:
+    case ColumnSize:
         return students.all();
-    case kFives:
-    case kFours:
-    case kThrees:
-    case kTwos:
-    case kNoMarks:
-        return students.students[static_cast<std::size_t>(figure - kFives)];
-    case kTaught:
+    case ColumnFives:
+    case ColumnFours:
+    case ColumnThrees:
+    case ColumnTwos:
+    case ColumnNoMarks:
+        return students.students[static_cast<std::size_t>(figure - ColumnFives)];
+    case ColumnTaught:
         return hours.hours;
-    case kPersonHours:
+    case ColumnPersonHours:
         return hours.personHours;
-    case kMissed:
+    case ColumnMissed:
         return hours.missed.total();
-    case kExcused:
+    case ColumnExcused:
         return hours.missed.excused;
     default:
         return hours.missed.unexcused;
@@ -152,7 +152,7 @@ private:
     {
         const QString none = worded(m_source.wording, u"Без специальности"_s);
         m_body.push_back(
-            {totalLabel(speciality.name.isEmpty() ? none : speciality.name, kLead + kFigures)});
+            {totalLabel(speciality.name.isEmpty() ? none : speciality.name, kLead + ColumnCount)});
         const int first = line();
         Figures sum;
         for (const Group& group : speciality.groups) {
@@ -169,11 +169,11 @@ private:
     {
         Row row{totalLabel(label, kLead)};
         addFigures(row, sum);
-        for (int figure = 0; figure < kFigures; ++figure) {
+        for (int figure = 0; figure < ColumnCount; ++figure) {
             Cell& cell = row[static_cast<std::size_t>(figure + 1)];
             cell.bold = true;
             // SUBTOTAL leaves out the subtotals above it.
-            if (cell.formula.isEmpty() && figure != kAverage && line() > first)
+            if (cell.formula.isEmpty() && figure != ColumnAverage && line() > first)
                 cell.formula = u"SUBTOTAL(9,%1:%2)"_s.arg(place(kLead + figure, first),
                                                           place(kLead + figure, line() - 1));
         }
@@ -181,43 +181,44 @@ private:
     }
 
     // A share in percent of the sum of the columns, computed in the row.
-    QString share(const QString& part, Figure whole, int factor = 100) const
+    QString share(const QString& part, Column whole, int factor = 100) const
     {
         return u"IF(%1=0,\"—\",(%2)/%1*%3)"_s.arg(at(whole), part, QString::number(factor));
     }
-    QString at(Figure figure) const { return place(kLead + figure, line()); }
+    QString at(Column figure) const { return place(kLead + figure, line()); }
 
     void addFigures(Row& row, const Figures& figures) const
     {
         const Performance& students = figures.performance;
         const AttendanceFigures& hours = figures.attendance;
-        const QString good = at(kFives) + u'+' + at(kFours);
-        for (int figure = 0; figure < kFigures; ++figure) {
+        const QString good = at(ColumnFives) + u'+' + at(ColumnFours);
+        for (int figure = 0; figure < ColumnCount; ++figure) {
             switch (figure) {
-            case kQuality:
-                row.push_back(rateCell(students.quality(), share(good, kSize)));
+            case ColumnQuality:
+                row.push_back(rateCell(students.quality(), share(good, ColumnSize)));
                 break;
-            case kPassRate:
-                row.push_back(
-                    rateCell(students.passRate(), share(good + u'+' + at(kThrees), kSize)));
+            case ColumnPassRate:
+                row.push_back(rateCell(students.passRate(),
+                                       share(good + u'+' + at(ColumnThrees), ColumnSize)));
                 break;
-            case kAverage:
+            case ColumnAverage:
                 row.push_back(averageCell(students.grades.average()));
                 break;
-            case kPerStudent:
-                row.push_back(rateCell(hours.perStudent(), share(at(kMissed), kSize, 1)));
+            case ColumnPerStudent:
+                row.push_back(rateCell(hours.perStudent(), share(at(ColumnMissed), ColumnSize, 1)));
                 break;
-            case kAttendance:
-                row.push_back(rateCell(hours.attendance(),
-                                       share(at(kPersonHours) + u'-' + at(kMissed), kPersonHours)));
+            case ColumnAttendance:
+                row.push_back(rateCell(
+                    hours.attendance(),
+                    share(at(ColumnPersonHours) + u'-' + at(ColumnMissed), ColumnPersonHours)));
                 break;
-            case kForgiving:
-                row.push_back(
-                    rateCell(hours.forgiving(),
-                             share(at(kPersonHours) + u'-' + at(kUnexcused), kPersonHours)));
+            case ColumnForgiving:
+                row.push_back(rateCell(
+                    hours.forgiving(),
+                    share(at(ColumnPersonHours) + u'-' + at(ColumnUnexcused), ColumnPersonHours)));
                 break;
             default:
-                row.push_back(number(value(figures, static_cast<Figure>(figure))));
+                row.push_back(number(value(figures, static_cast<Column>(figure))));
             }
         }
     }
@@ -250,7 +251,7 @@ std::vector<Paper> summaryStatement(const StatementSource& source, const ReportR
     paper.title = u"СВОДНЫЙ ОТЧЕТ ПО УСПЕВАЕМОСТИ И ПОСЕЩАЕМОСТИ"_s;
     paper.subtitle = u"за "_s + journals::monthText(request.month);
     paper.widths = {kNumberWidth, kGroupWidth, kCuratorWidth};
-    paper.widths.insert(paper.widths.end(), kFigures, kFigureWidth);
+    paper.widths.insert(paper.widths.end(), ColumnCount, kFigureWidth);
     paper.head = headOf(source);
     paper.body = SummaryTable(source).fill(specialities);
     paper.notes = {worded(source.wording,
