@@ -31,7 +31,7 @@ struct Options
 
 Json jsonItem(const RankingRow& row, std::size_t item)
 {
-    if (item == reports::kName)
+    if (item == reports::RankingItem::Name)
         return row.name.toStdString();
     const auto& value = row.values[item];
     if (!value)
@@ -50,7 +50,8 @@ void print(const Options& options, Streams streams, RankingLevel level,
         std::vector<Row> lines;
         for (const RankingRow& row : rows) {
             Row& line = lines.emplace_back();
-            for (std::size_t item = reports::kName; item < reports::kRankingItems; ++item)
+            for (std::size_t item = reports::RankingItem::Name; item < reports::RankingItem::Count;
+                 ++item)
                 line.push_back(row.text(item).toStdString());
         }
         printAligned(streams.out, heads, lines);
@@ -59,7 +60,8 @@ void print(const Options& options, Streams streams, RankingLevel level,
     auto list = Json::array();
     for (const RankingRow& row : rows) {
         auto items = Json::array();
-        for (std::size_t item = reports::kName; item < reports::kRankingItems; ++item)
+        for (std::size_t item = reports::RankingItem::Name; item < reports::RankingItem::Count;
+             ++item)
             items.push_back(jsonItem(row, item));
         list.push_back(std::move(items));
     }

@@ -140,18 +140,19 @@ double percent(double part, double whole)
 void setGrades(RankingRow& row, const Sums& sums)
 {
     const int all = sums.grades[5] + sums.grades[4] + sums.grades[3] + sums.grades[2];
-    row.values[kGrades] = all;
-    row.values[kFives] = sums.grades[5];
-    row.values[kFours] = sums.grades[4];
-    row.values[kThrees] = sums.grades[3];
-    row.values[kTwos] = sums.grades[2];
+    row.values[RankingItem::Grades] = all;
+    row.values[RankingItem::Fives] = sums.grades[5];
+    row.values[RankingItem::Fours] = sums.grades[4];
+    row.values[RankingItem::Threes] = sums.grades[3];
+    row.values[RankingItem::Twos] = sums.grades[2];
     if (all > 0)
-        row.values[kHighShare] = percent(sums.grades[5] + sums.grades[4], all);
-    row.values[kGoodStudents] = sums.good;
-    row.values[kFailing] = sums.failing;
+        row.values[RankingItem::HighShare] = percent(sums.grades[5] + sums.grades[4], all);
+    row.values[RankingItem::GoodStudents] = sums.good;
+    row.values[RankingItem::Failing] = sums.failing;
     const bool anybody = sums.students > 0;
-    row.values[kQuality] = anybody ? percent(sums.good, sums.students) : 0;
-    row.values[kPassRate] = anybody ? percent(sums.students - sums.failing, sums.students) : 0;
+    row.values[RankingItem::Quality] = anybody ? percent(sums.good, sums.students) : 0;
+    row.values[RankingItem::PassRate] =
+        anybody ? percent(sums.students - sums.failing, sums.students) : 0;
 }
 
 void setAttendance(RankingRow& row, const Sums& sums, int hoursPerLesson)
@@ -160,14 +161,15 @@ void setAttendance(RankingRow& row, const Sums& sums, int hoursPerLesson)
     const double personHours = hours * sums.students;
     const auto missed = static_cast<double>(sums.excused + sums.unexcused);
     const auto unexcused = static_cast<double>(sums.unexcused);
-    row.values[kHours] = hours;
-    row.values[kPersonHours] = personHours;
-    row.values[kMissed] = missed;
-    row.values[kMissedExcused] = static_cast<double>(sums.excused);
-    row.values[kMissedUnexcused] = unexcused;
+    row.values[RankingItem::Hours] = hours;
+    row.values[RankingItem::PersonHours] = personHours;
+    row.values[RankingItem::Missed] = missed;
+    row.values[RankingItem::MissedExcused] = static_cast<double>(sums.excused);
+    row.values[RankingItem::MissedUnexcused] = unexcused;
     if (personHours > 0) {
-        row.values[kAttendance] = percent(personHours - missed, personHours);
-        row.values[kAttendanceForgiving] = percent(personHours - unexcused, personHours);
+        row.values[RankingItem::Attendance] = percent(personHours - missed, personHours);
+        row.values[RankingItem::AttendanceForgiving] =
+            percent(personHours - unexcused, personHours);
     }
 }
 
@@ -227,7 +229,7 @@ std::vector<RankingRow> Ranking::specialities() const
             group != m_figures->groups.end())
             sums[group->second.speciality].add(student);
     for (RankingRow& row : rows) {
-        row.values[kSize] = groups[row.key];
+        row.values[RankingItem::Size] = groups[row.key];
         setValues(row, sums[row.key], m_figures->hoursPerLesson);
     }
     setPlaces(rows);
@@ -249,7 +251,7 @@ std::vector<RankingRow> Ranking::groups(std::int64_t speciality) const
         row.name = group.name;
         Sums& own = sums[key];
         own.lessons = group.lessons;
-        row.values[kSize] = own.students;
+        row.values[RankingItem::Size] = own.students;
         setValues(row, own, m_figures->hoursPerLesson);
         rows.push_back(std::move(row));
     }

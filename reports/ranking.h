@@ -20,41 +20,44 @@ namespace reports {
 enum class RankingGrades { Final, Monthly };
 enum class RankingLevel { Specialities, Groups };
 
-// The numbers of the indicators, as the lists and the formulas count them. kName is a text.
-enum RankingItem : std::size_t {
-    kName = 1,
-    kSize, // groups of a speciality, students of a group
-    kGrades,
-    kFives,
-    kFours,
-    kThrees,
-    kTwos,
-    kHighShare,
-    kHighPlace,
-    kGoodStudents,
-    kQuality,
-    kQualityPlace,
-    kPassRate,
-    kPassPlace,
-    kFailing,
-    kHours,
-    kPersonHours,
-    kMissed,
-    kMissedExcused,
-    kMissedUnexcused,
-    kAttendance,
-    kAttendanceForgiving,
-    kAttendancePlace,
-    kPoints,
-    kOverallPlace,
-    kRankingItems, // one more than there are
+// The numbers of the indicators, as the lists and the formulas count them. Name is a text.
+struct RankingItem
+{
+    enum Number : std::size_t {
+        Name = 1,
+        Size, // groups of a speciality, students of a group
+        Grades,
+        Fives,
+        Fours,
+        Threes,
+        Twos,
+        HighShare,
+        HighPlace,
+        GoodStudents,
+        Quality,
+        QualityPlace,
+        PassRate,
+        PassPlace,
+        Failing,
+        Hours,
+        PersonHours,
+        Missed,
+        MissedExcused,
+        MissedUnexcused,
+        Attendance,
+        AttendanceForgiving,
+        AttendancePlace,
+        Points,
+        OverallPlace,
+        Count, // one more than there are
+    };
 };
 
 struct RankingRow
 {
     std::int64_t key = 0; // of the speciality or group
     QString name;
-    std::array<std::optional<double>, kRankingItems> values = {}; // by RankingItem
+    std::array<std::optional<double>, RankingItem::Count> values = {}; // by RankingItem
 
     // "" where there is no value; a decimal comma.
     QString text(std::size_t item) const;
@@ -72,7 +75,7 @@ struct RankingRequest
 // A speciality's rows are counted in so many slots; an institution with more cannot be ranked.
 inline constexpr std::size_t kMostSpecialities = 50;
 
-// The headers of the items from kName on, as written.
+// The headers of the items from Name on, as written.
 QStringList rankingHeads(RankingLevel level);
 
 // The figures of a period, read once: what is shown of the groups belongs to what is shown of the

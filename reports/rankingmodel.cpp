@@ -32,7 +32,8 @@ std::optional<int> RankingModel::rowOf(std::int64_t key) const
 
 void RankingModel::setDrawn(std::size_t item)
 {
-    m_drawn = item == kName ? static_cast<std::size_t>(kOverallPlace) : item;
+    m_drawn =
+        item == RankingItem::Name ? static_cast<std::size_t>(RankingItem::OverallPlace) : item;
     emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
     if (!m_rows.empty())
         emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
@@ -40,7 +41,8 @@ void RankingModel::setDrawn(std::size_t item)
 
 QString RankingModel::head(std::size_t item) const
 {
-    return worded(m_wording, rankingHeads(m_level).at(static_cast<qsizetype>(item - kName)));
+    return worded(m_wording,
+                  rankingHeads(m_level).at(static_cast<qsizetype>(item - RankingItem::Name)));
 }
 
 int RankingModel::rowCount(const QModelIndex& parent) const
@@ -50,7 +52,7 @@ int RankingModel::rowCount(const QModelIndex& parent) const
 
 int RankingModel::columnCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(kRankingItems - kName);
+    return parent.isValid() ? 0 : static_cast<int>(RankingItem::Count - RankingItem::Name);
 }
 
 QVariant RankingModel::data(const QModelIndex& index, int role) const
@@ -62,10 +64,10 @@ QVariant RankingModel::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
         return m_rows[static_cast<std::size_t>(index.row())].text(item);
     case Qt::TextAlignmentRole:
-        return static_cast<int>((item == kName ? Qt::AlignLeft : Qt::AlignHCenter)
+        return static_cast<int>((item == RankingItem::Name ? Qt::AlignLeft : Qt::AlignHCenter)
                                 | Qt::AlignVCenter);
     case Qt::ToolTipRole:
-        return item == kName ? data(index, Qt::DisplayRole) : QVariant();
+        return item == RankingItem::Name ? data(index, Qt::DisplayRole) : QVariant();
     case journals::DayOffRole: // shaded
         return item == m_drawn;
     default:
@@ -106,11 +108,11 @@ void RankingModel::sortRows()
         return;
     const std::size_t item = itemOfColumn(m_sortColumn);
     const auto before = [item](const RankingRow& a, const RankingRow& b) {
-        return item == kName ? a.name.localeAwareCompare(b.name) < 0
-                             : *a.values[item] < *b.values[item];
+        return item == RankingItem::Name ? a.name.localeAwareCompare(b.name) < 0
+                                         : *a.values[item] < *b.values[item];
     };
     std::ranges::stable_sort(m_rows, [&](const RankingRow& a, const RankingRow& b) {
-        if (item != kName && (!a.values[item] || !b.values[item]))
+        if (item != RankingItem::Name && (!a.values[item] || !b.values[item]))
             return a.values[item].has_value() && !b.values[item].has_value();
         return m_order == Qt::AscendingOrder ? before(a, b) : before(b, a);
     });

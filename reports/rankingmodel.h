@@ -7,8 +7,8 @@
 
 namespace reports {
 
-// A list of the ranking: a row for each speciality or group, a column for each item from kName
-// on. One item is the one that the chart draws.
+// A list of the ranking: a row for each speciality or group, a column for each item from
+// RankingItem::Name on. One item is the one that the chart draws.
 class RankingModel final : public QAbstractTableModel
 {
     Q_OBJECT
@@ -41,14 +41,14 @@ private:
     shell::Wording m_wording;
     std::vector<RankingRow> m_rows;
     std::vector<RankingRow> m_unsorted;
-    std::size_t m_drawn = kOverallPlace;
+    std::size_t m_drawn = RankingItem::OverallPlace;
     int m_sortColumn = -1;
     Qt::SortOrder m_order = Qt::AscendingOrder;
 };
 
 constexpr std::size_t itemOfColumn(int column)
 {
-    return static_cast<std::size_t>(column) + kName;
+    return static_cast<std::size_t>(column) + RankingItem::Name;
 }
 
 } // namespace reports

@@ -12,16 +12,10 @@ namespace {
 
 using namespace papers;
 
-bool isRate(std::size_t item)
-{
-    return item == kHighShare || item == kQuality || item == kPassRate || item == kAttendance
-           || item == kAttendanceForgiving;
-}
-
 Row bodyRow(const RankingRow& row)
 {
     Row cells{text(row.name)};
-    for (std::size_t item = kSize; item < kRankingItems; ++item)
+    for (std::size_t item = RankingItem::Size; item < RankingItem::Count; ++item)
         cells.push_back(row.values[item] ? number(*row.values[item], isRate(item) ? 1 : 0)
                                          : Cell());
     return cells;
@@ -38,12 +32,15 @@ Paper paperOf(RankingLevel level, std::span<const RankingRow> rows, const QStrin
     paper.subtitle = subtitle;
     paper.leadColumns = 1;
     paper.head.resize(1);
-    std::size_t item = kName;
+    std::size_t item = RankingItem::Name;
     for (const QString& head : rankingHeads(level)) {
         const QString shown = worded(wording, head);
-        const bool wide = item == kPersonHours || item == kMissed || item == kMissedExcused;
-        paper.head[0].push_back(item == kName ? heading(shown) : rotatedHeading(shown));
-        paper.widths.push_back(item == kName ? kNameWidth : wide ? kWideWidth : kNumberWidth);
+        const bool wide = item == RankingItem::PersonHours || item == RankingItem::Missed
+                          || item == RankingItem::MissedExcused;
+        paper.head[0].push_back(item == RankingItem::Name ? heading(shown) : rotatedHeading(shown));
+        paper.widths.push_back(item == RankingItem::Name ? kNameWidth
+                               : wide                    ? kWideWidth
+                                                         : kNumberWidth);
         ++item;
     }
     for (const RankingRow& row : rows)

@@ -36,10 +36,10 @@ void setPlace(std::vector<RankingRow>& rows, std::size_t item, std::size_t place
 void setPlaces(std::vector<RankingRow>& rows)
 {
     constexpr std::pair<std::size_t, std::size_t> kPlaces[] = {
-        {kHighShare, kHighPlace},
-        {kQuality, kQualityPlace},
-        {kPassRate, kPassPlace},
-        {kAttendanceForgiving, kAttendancePlace},
+        {RankingItem::HighShare, RankingItem::HighPlace},
+        {RankingItem::Quality, RankingItem::QualityPlace},
+        {RankingItem::PassRate, RankingItem::PassPlace},
+        {RankingItem::AttendanceForgiving, RankingItem::AttendancePlace},
     };
     for (const auto& [item, place] : kPlaces)
         setPlace(rows, item, place, true);
@@ -47,14 +47,14 @@ void setPlaces(std::vector<RankingRow>& rows)
         double points = 0;
         for (const auto& place : kPlaces)
             points += row.values[place.second].value_or(0);
-        row.values[kPoints] = points;
+        row.values[RankingItem::Points] = points;
     }
-    setPlace(rows, kPoints, kOverallPlace, false);
+    setPlace(rows, RankingItem::Points, RankingItem::OverallPlace, false);
 }
 
 QString RankingRow::text(std::size_t item) const
 {
-    if (item == kName)
+    if (item == RankingItem::Name)
         return name;
     if (!values[item])
         return {};

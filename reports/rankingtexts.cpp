@@ -4,38 +4,45 @@ using namespace Qt::StringLiterals;
 
 namespace reports {
 
+bool isRate(std::size_t item)
+{
+    return item == RankingItem::HighShare || item == RankingItem::Quality
+           || item == RankingItem::PassRate || item == RankingItem::Attendance
+           || item == RankingItem::AttendanceForgiving;
+}
+
 QString rankingRule(std::size_t item)
 {
     switch (item) {
-    case kHighShare:
+    case RankingItem::HighShare:
         return u"Оценки 5 и 4 / все оценки × 100"_s;
-    case kGoodStudents:
+    case RankingItem::GoodStudents:
         return u"Учащиеся, у которых нет ни двоек, ни троек, в том числе учащиеся без оценок"_s;
-    case kQuality:
+    case RankingItem::Quality:
         return u"Учащихся на 4 и 5 / всего учащихся × 100. Тройка считается так же, как двойка: "
                "учащийся с тройкой в это число не входит."_s;
-    case kPassRate:
+    case RankingItem::PassRate:
         return u"(Всего учащихся - не успевающих) / всего учащихся × 100. Тройка считается так "
                "же, как двойка: учащийся с тройкой считается не успевающим."_s;
-    case kFailing:
+    case RankingItem::Failing:
         return u"Учащиеся, у которых есть двойка или тройка"_s;
-    case kHours:
+    case RankingItem::Hours:
         return u"Занятия всей группы и первой подгруппы × часов в занятии"_s;
-    case kPersonHours:
+    case RankingItem::PersonHours:
         return u"Выдано учебных часов × всего учащихся"_s;
-    case kAttendance:
+    case RankingItem::Attendance:
         return u"(Человеко-часы - все пропуски) / человеко-часы × 100"_s;
-    case kAttendanceForgiving:
+    case RankingItem::AttendanceForgiving:
         return u"(Человеко-часы - пропуски без уважительных причин) / человеко-часы × 100"_s;
-    case kHighPlace:
-    case kQualityPlace:
-    case kPassPlace:
-    case kAttendancePlace:
+    case RankingItem::HighPlace:
+    case RankingItem::QualityPlace:
+    case RankingItem::PassPlace:
+    case RankingItem::AttendancePlace:
         return u"Место по предыдущей графе. Значения сравниваются округленными до целых, равные "
                "делят место."_s;
-    case kPoints:
+    case RankingItem::Points:
         return u"Сумма четырех мест"_s;
-    case kOverallPlace:
+    case RankingItem::OverallPlace:
         return u"Место по сумме баллов: чем баллов меньше, тем место выше"_s;
     default:
         return {};
@@ -44,10 +51,11 @@ QString rankingRule(std::size_t item)
 
 QStringList rankingNotes()
 {
-    return {u"Качественная успеваемость: "_s + rankingRule(kQuality),
-            u"Успеваемость общая: "_s + rankingRule(kPassRate),
-            u"Посещаемость: "_s + rankingRule(kAttendance) + u". С учетом уваж. причин: "_s
-                + rankingRule(kAttendanceForgiving) + u'.'};
+    return {u"Качественная успеваемость: "_s + rankingRule(RankingItem::Quality),
+            u"Успеваемость общая: "_s + rankingRule(RankingItem::PassRate),
+            u"Посещаемость: "_s + rankingRule(RankingItem::Attendance)
+                + u". С учетом уваж. причин: "_s + rankingRule(RankingItem::AttendanceForgiving)
+                + u'.'};
 }
 
 QString rankingPeriodText(const RankingRequest& request)

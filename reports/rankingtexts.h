@@ -7,6 +7,8 @@
 
 namespace reports {
 
+// Whether the item is a share of a hundred, with one decimal.
+bool isRate(std::size_t item);
 // How an item of the ranking is counted, "" where its head says it all.
 QString rankingRule(std::size_t item);
 // The rules that a reader of the printed ranking needs.

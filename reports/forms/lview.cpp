@@ -41,12 +41,6 @@ constexpr int kNameColumn = 0;
 constexpr int kListShare = 3000, kChartShare = 2000; // of the width; scaled to the window
 const QString kDateFormat = u"yyyy-MM-dd"_s;         // of the settings
 
-bool isRate(std::size_t item)
-{
-    return item == kHighShare || item == kQuality || item == kPassRate || item == kAttendance
-           || item == kAttendanceForgiving;
-}
-
 RankingChart chartOf(const RankingModel& model)
 {
     RankingChart chart{model.head(model.drawn()), {}, isRate(model.drawn())};

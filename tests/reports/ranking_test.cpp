@@ -41,7 +41,7 @@ protected:
     static QStringList texts(const RankingRow& row)
     {
         QStringList all;
-        for (std::size_t item = kName; item < kRankingItems; ++item)
+        for (std::size_t item = RankingItem::Name; item < RankingItem::Count; ++item)
             all << row.text(item);
         return all;
     }
@@ -102,11 +102,11 @@ TEST_F(RankingTest, ComputesEveryIndicator)
 
     const auto monthly =
         Ranking(file.database(), {begin, begin.addDays(1), RankingGrades::Monthly}).specialities();
-    EXPECT_EQ(monthly[0].text(kTwos), u"1"_s);
-    EXPECT_EQ(monthly[0].text(kGrades), u"1"_s);
+    EXPECT_EQ(monthly[0].text(RankingItem::Twos), u"1"_s);
+    EXPECT_EQ(monthly[0].text(RankingItem::Grades), u"1"_s);
     EXPECT_EQ(Ranking(file.database(), {begin, begin, RankingGrades::Monthly})
                   .specialities()[0]
-                  .text(kGrades),
+                  .text(RankingItem::Grades),
               u"0"_s);
 }
 
@@ -115,14 +115,15 @@ TEST(RankingPlaces, TiesShareAPlaceAndValuesCompareAsWholeNumbers)
     std::vector<RankingRow> rows(4);
     const double shares[] = {85.4, 85.2, 90.5, 10};
     for (std::size_t i = 0; i < rows.size(); ++i)
-        rows[i].values[kHighShare] = shares[i];
-    rows[3].values[kAttendanceForgiving] = 91.5; // 92
-    rows[2].values[kAttendanceForgiving] = 92.4; // 92
+        rows[i].values[RankingItem::HighShare] = shares[i];
+    rows[3].values[RankingItem::AttendanceForgiving] = 91.5; // 92
+    rows[2].values[RankingItem::AttendanceForgiving] = 92.4; // 92
     setPlaces(rows);
     QStringList places;
     for (const RankingRow& row : rows)
-        places << row.text(kHighPlace) + u'/' + row.text(kAttendancePlace) + u'/'
-                      + row.text(kPoints) + u'/' + row.text(kOverallPlace);
+        places << row.text(RankingItem::HighPlace) + u'/' + row.text(RankingItem::AttendancePlace)
+                      + u'/' + row.text(RankingItem::Points) + u'/'
+                      + row.text(RankingItem::OverallPlace);
     EXPECT_EQ(places, (QStringList{u"2/3/7/2"_s, u"2/3/7/2"_s, u"1/1/4/1"_s, u"4/1/7/2"_s}));
 }
 
