@@ -21,6 +21,7 @@ struct Options
     std::string to;
     std::string reason = "unexcused";
     std::optional<int> subgroup;
+    bool yes = false;
 };
 
 // Of several lessons at one time, that of the subgroup asked for or else of the student's own.
@@ -45,7 +46,7 @@ void run(const Options& options, Streams streams)
     request.to = dateArgument(options.to);
     request.reason = options.reason == "excused" ? journals::AbsenceKind::Excused
                                                  : journals::AbsenceKind::Unexcused;
-    TerminalPrompt prompt(streams.err);
+    TerminalPrompt prompt(streams.err, options.yes);
     const auto journal = openJournal(options.file, prompt);
     jet::Database& database = journal->database();
     for (const std::int32_t student : options.students) {
@@ -55,6 +56,9 @@ void run(const Options& options, Streams streams)
     journals::PeriodAbsence period(database, request);
     if (!period.problem().isEmpty())
         throw Failure(worded(period.problem()));
+    const QString question = period.namesakesQuestion();
+    if (!question.isEmpty() && !prompt.question(question, shell::Answer::No))
+        throw Failure(question.toStdString() + " (--yes)");
     settle(period, options.subgroup);
     journals::History history(database);
     LastStatus status;
@@ -77,6 +81,7 @@ void addAbsencePeriod(CLI::App& program, Streams streams)
     command.app.add_option(
         "--subgroup", options.subgroup,
         "Подгруппа, когда в одно время несколько занятий; без нее подгруппа студента");
+    command.app.add_flag("--yes", options.yes, "Записать пропуски и полным тезкам студента");
     command.calls([streams](const Options& values) { run(values, streams); });
 }
 

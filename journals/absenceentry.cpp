@@ -5,7 +5,6 @@
 #include "journals/hours.h"
 
 #include "data/convert.h"
-#include "data/settingsrow.h"
 #include "jet/database.h"
 #include "jet/sqltext.h"
 
@@ -146,7 +145,7 @@ AbsenceEntry::AbsenceEntry(jet::Database& database, StudentHead student, QDate d
     : m_database(database)
     , m_student(std::move(student))
     , m_date(date)
-    , m_lessonHours(std::max(1, data::readSettingsRow(database).hoursPerLesson))
+    , m_lessonHours(journals::lessonHours(database))
 {}
 
 DisciplineAbsences AbsenceEntry::readDiscipline(DisciplineId discipline,

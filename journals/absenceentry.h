@@ -22,7 +22,6 @@ class History;
 
 enum class AbsenceKind { Unexcused, Excused };
 
-inline constexpr int kMostAbsenceHours = 255; // POS keeps each count in a byte
 // Why a typed count is refused.
 QString digitsOnlyText();
 // The hours typed: digits up to kMostAbsenceHours, an empty text is 0. Nothing for any other.

@@ -1,6 +1,7 @@
 #include "journals/absences.h"
 
 #include "data/convert.h"
+#include "data/settingsrow.h"
 #include "jet/database.h"
 #include "jet/sqltext.h"
 
@@ -12,8 +13,6 @@ namespace sql = jet::sql;
 
 namespace journals {
 namespace {
-
-constexpr int kMostHours = 255; // POS.uv and POS.nuv are bytes
 
 // "(IDD AND dat AND ID [AND UR])" of the place.
 std::string placeCondition(const AbsencePlace& place)
@@ -76,6 +75,11 @@ Marked countDown(Absence hours)
 
 } // namespace
 
+int lessonHours(jet::Database& database)
+{
+    return std::clamp(data::readSettingsRow(database).hoursPerLesson, 1, kMostAbsenceHours);
+}
+
 Absence readAbsence(jet::Database& database, const AbsencePlace& place)
 {
     Absence hours;
@@ -90,8 +94,8 @@ Marked markAbsence(jet::Database& database, const AbsencePlace& place, int lesso
     Absence hours;
     for (const RecordedAbsence& row : rows)
         hours += row.hours;
-    hours.unexcused = std::min(hours.unexcused, kMostHours);
-    hours.excused = std::min(hours.excused, kMostHours);
+    hours.unexcused = std::min(hours.unexcused, kMostAbsenceHours);
+    hours.excused = std::min(hours.excused, kMostAbsenceHours);
 
     const Marked marked =
         hours.total() == 0 ? Marked{MarkResult::Added, {0, lessonHours}} : countDown(hours);

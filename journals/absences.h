@@ -35,6 +35,9 @@ struct Marked
     Absence left; // hours of the lesson afterwards
 };
 
+// The hours that one missed lesson counts, whatever the file says: from 1 to what POS can keep.
+int lessonHours(jet::Database& database);
+
 // The hours recorded at the place.
 Absence readAbsence(jet::Database& database, const AbsencePlace& place);
 

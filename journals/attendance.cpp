@@ -51,15 +51,10 @@ std::optional<AttendanceSheet> Attendance::load(const AttendanceSelection& selec
 
 bool Attendance::checkMonth(Month month)
 {
-    if (!month.chosen())
-        say(u"Ошибка: не выбран месяц."_s);
-    else if (!month.valid())
-        say(u"Ошибка: неверный месяц."_s);
-    else if (!month.validYear())
-        say(u"Ошибка: неверный год."_s);
-    else
-        return true;
-    return false;
+    const QString problem = problemOf(month);
+    if (!problem.isEmpty())
+        say(problem);
+    return problem.isEmpty();
 }
 
 bool Attendance::allowLessonMode(const AttendanceSelection& selection)

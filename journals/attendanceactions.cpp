@@ -1,7 +1,6 @@
 // The cell actions of the attendance journal: checks, then writing, then the sheet.
 #include "journals/attendance.h"
 
-#include "data/settingsrow.h"
 #include "journals/absences.h"
 #include "journals/history.h"
 #include "journals/studenthead.h"
@@ -12,7 +11,6 @@
 #include "jet/database.h"
 
 #include <algorithm>
-#include <map>
 #include <utility>
 #include <vector>
 
@@ -76,23 +74,15 @@ void preferEmpty(const AttendanceSheet& sheet, std::vector<GridCell>& cells)
         std::erase_if(cells, [&](GridCell cell) { return !empty(cell); });
 }
 
-// One scope for each student, over the days of his cells.
 std::vector<RowScope> scopesOf(const AttendanceSheet& sheet, const std::vector<GridCell>& cells)
 {
-    std::map<StudentId, RowScope> scopes;
+    std::vector<RowScope> scopes;
     for (const GridCell cell : cells) {
         const AbsencePlace place = placeOf(sheet, cell);
-        const RowScope one{JournalTable::Absences, place.student, place.discipline, place.date,
-                           place.date};
-        RowScope& scope = scopes.try_emplace(place.student, one).first->second;
-        scope.from = std::min(scope.from, place.date);
-        scope.to = std::max(scope.to, place.date);
+        scopes.push_back(
+            {JournalTable::Absences, place.student, place.discipline, place.date, place.date});
     }
-    std::vector<RowScope> all;
-    all.reserve(scopes.size());
-    for (const auto& [student, scope] : scopes)
-        all.push_back(scope);
-    return all;
+    return scopes;
 }
 
 QString stepName(AbsenceAction action, const AttendanceSheet& sheet,
@@ -246,8 +236,8 @@ QString Attendance::carryOut(AbsenceAction action, const AttendanceSheet& sheet,
 
 QString Attendance::mark(StudentId student, DisciplineId discipline, QDate date, int lesson)
 {
-    const int lessonHours = std::max(1, data::readSettingsRow(m_database).hoursPerLesson);
-    return statusText(markAbsence(m_database, {student, discipline, date, lesson}, lessonHours));
+    return statusText(
+        markAbsence(m_database, {student, discipline, date, lesson}, lessonHours(m_database)));
 }
 
 } // namespace journals

@@ -42,6 +42,8 @@ enum class AbsenceState {
     NotInForce, // no lesson can be missed here: "X"
 };
 
+inline constexpr int kMostAbsenceHours = 255; // POS keeps each count in a byte
+
 // Missed academic hours.
 struct Absence
 {

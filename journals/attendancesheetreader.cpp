@@ -1,9 +1,7 @@
 #include "journals/attendancesheetreader.h"
 
-#include "data/settingsrow.h"
+#include "journals/absences.h"
 #include "journals/attendancequeries.h"
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -38,7 +36,7 @@ AttendanceSheet readAttendanceSheet(jet::Database& database, const AttendanceSel
 {
     AttendanceSheet sheet;
     sheet.selection = selection;
-    sheet.lessonHours = std::max(1, data::readSettingsRow(database).hoursPerLesson);
+    sheet.lessonHours = lessonHours(database);
     sheet.columns = selection.mode == AttendanceMode::Days
                         ? readDayColumns(database, selection)
                         : readLessonColumns(database, selection, sheet.lessonHours);

@@ -250,9 +250,8 @@ bool AutoFinals::carryOut(const FinalsPlan& plan, std::span<const std::size_t> r
     const Period days = spanOf(targetsOf(plan.request, plan.period));
     std::vector<RowScope> scopes;
     for (const std::size_t row : rows)
-        if (scopes.empty() || scopes.back().student != plan.rows.at(row).student)
-            scopes.push_back({JournalTable::Grades, plan.rows.at(row).student,
-                              plan.request.discipline, days.from, days.to});
+        scopes.push_back({JournalTable::Grades, plan.rows.at(row).student, plan.request.discipline,
+                          days.from, days.to});
     history.record(u"автоматический расчет итогов"_s, scopes, [&] {
         for (const std::size_t row : rows)
             store(m_session.database(), plan.rows.at(row), plan.request);

@@ -60,13 +60,9 @@ std::vector<ListEntry<DisciplineId>> GradeBook::disciplines(const GradeSelection
 
 bool GradeBook::complete(const GradeSelection& selection)
 {
-    const Month month = selection.month;
-    if (selection.byMonth() && !month.chosen())
-        say(u"Ошибка: не выбран месяц."_s);
-    else if (selection.byMonth() && !month.valid())
-        say(u"Ошибка: неверный месяц."_s);
-    else if (selection.byMonth() && !month.validYear())
-        say(u"Ошибка: неверный год."_s);
+    const QString problem = selection.byMonth() ? problemOf(selection.month) : QString();
+    if (!problem.isEmpty())
+        say(problem);
     else if (!selection.group)
         say(u"Ошибка: не выбрана группа."_s);
     else if (!usable(selection))

@@ -8,7 +8,6 @@
 #include "journals/lists.h"
 #include "journals/openday.h"
 #include "journals/students.h"
-#include "shell/names.h"
 
 #include <algorithm>
 #include <map>
@@ -68,7 +67,7 @@ std::vector<GradeColumn> yearColumns(const GradeSelection& selection)
                                selection.discipline.value(),
                                {month.first(), month.last()},
                                selection.year.kept(month.last()),
-                               shell::monthName(month.month) + u' ' + QString::number(month.year)});
+                               monthTitle(month)});
     columns.push_back(finalColumn(selection, selection.discipline.value(), u"Итог"_s));
     return columns;
 }

@@ -33,6 +33,26 @@ std::string scopeCondition(const RowScope& scope)
     return condition;
 }
 
+// One scope for each student and discipline, over all of its days: a row read for two scopes
+// would be remembered, and written back, twice.
+std::vector<RowScope> merged(std::span<const RowScope> scopes)
+{
+    std::vector<RowScope> all;
+    std::map<std::tuple<JournalTable, StudentId, std::optional<DisciplineId>>, std::size_t> known;
+    for (const RowScope& scope : scopes) {
+        const auto [at, isNew] =
+            known.try_emplace({scope.table, scope.student, scope.discipline}, all.size());
+        if (isNew) {
+            all.push_back(scope);
+            continue;
+        }
+        RowScope& whole = all[at->second];
+        whole.from = std::min(whole.from, scope.from);
+        whole.to = std::max(whole.to, scope.to);
+    }
+    return all;
+}
+
 } // namespace
 
 History::History(jet::Database& database)
@@ -43,9 +63,10 @@ void History::record(const QString& text, std::span<const RowScope> scopes,
                      const std::function<void()>& action)
 {
     jet::Transaction transaction(m_database);
-    const Rows before = read(scopes);
+    const std::vector<RowScope> whole = merged(scopes);
+    const Rows before = read(whole);
     action();
-    auto changes = differences(before, read(scopes));
+    auto changes = differences(before, read(whole));
     transaction.commit();
     if (changes.empty())
         return;

@@ -46,10 +46,10 @@ public:
 
     explicit History(jet::Database& database);
 
-    // Runs the action as one durable step and remembers what it changed in the scopes; an
-    // action that changed nothing there is no step. `text` names the step in the menu: "пропуск,
-    // Иванов И. И., 12.11". What the action or the file throws is passed on; nothing is changed
-    // or remembered then.
+    // Runs the action as one durable step and remembers what it changed in the scopes, which may
+    // overlap; an action that changed nothing there is no step. `text` names the step in the menu:
+    // "пропуск, Иванов И. И., 12.11". What the action or the file throws is passed on; nothing is
+    // changed or remembered then.
     void record(const QString& text, std::span<const RowScope> scopes,
                 const std::function<void()>& action);
 

@@ -8,9 +8,23 @@ using namespace Qt::StringLiterals;
 
 namespace journals {
 
+QString problemOf(Month month)
+{
+    if (!month.chosen())
+        return u"Ошибка: не выбран месяц."_s;
+    if (!month.valid())
+        return u"Ошибка: неверный месяц."_s;
+    return month.validYear() ? QString() : u"Ошибка: неверный год."_s;
+}
+
+QString monthTitle(Month month)
+{
+    return shell::monthName(month.month) + u' ' + QString::number(month.year);
+}
+
 QString monthText(Month month)
 {
-    return shell::monthName(month.month).toLower() + u' ' + QString::number(month.year) + u" г."_s;
+    return monthTitle(month).toLower() + u" г."_s;
 }
 
 QString spokenDay(QDate date)

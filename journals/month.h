@@ -25,8 +25,12 @@ struct Month
     friend bool operator==(const Month&, const Month&) = default;
 };
 
+// What the status line says of a month that nothing can be shown for; "" for a good one.
+QString problemOf(Month month);
 // "ноябрь 2025 г."
 QString monthText(Month month);
+// "Ноябрь 2025". Requires valid().
+QString monthTitle(Month month);
 // "12 ноября", as a date is read out.
 QString spokenDay(QDate date);
 // "Пн" for Monday to "Вс" for Sunday.

@@ -1,11 +1,11 @@
 #include "journals/periodabsence.h"
 
+#include "journals/absences.h"
 #include "journals/history.h"
 #include "journals/students.h"
 #include "shell/statusline.h"
 
 #include "data/convert.h"
-#include "data/settingsrow.h"
 #include "jet/database.h"
 #include "jet/sqltext.h"
 
@@ -121,6 +121,13 @@ void PeriodAbsence::plan(StudentHead student, const std::vector<GroupLesson>& le
     m_plans.push_back(std::move(plan));
 }
 
+QString PeriodAbsence::namesakesQuestion() const
+{
+    return m_namesakes.isEmpty() ? QString()
+                                 : u"Полные тезки в группе: "_s + m_namesakes.join(u", "_s)
+                                       + u". Пропуски будут записаны каждому из них. Продолжить?"_s;
+}
+
 QString PeriodAbsence::problem() const
 {
     if (m_request.students.empty())
@@ -220,7 +227,7 @@ void PeriodAbsence::writePlan(const Plan& plan, PeriodOutcome& outcome) const
 {
     const StudentId student = plan.student.id;
     const auto recorded = recordedTimes(m_database, student, m_request.from, m_request.to);
-    const int hours = std::max(1, data::readSettingsRow(m_database).hoursPerLesson);
+    const int hours = lessonHours(m_database);
     const bool excused = m_request.reason == AbsenceKind::Excused;
     const std::string columns[] = {"ID", "dat", "ur", "idd", "iddg", "uv", "nuv"};
     for (const GroupLesson& lesson : plan.lessons) {

@@ -63,9 +63,9 @@ public:
 
     // Why nothing can be written, "" when it can be.
     QString problem() const;
-    // Full names that further students of the group bear: they are absent as well, since a
-    // period goes by the name.
-    const QStringList& namesakes() const { return m_namesakes; }
+    // To be asked first where further students of the group bear a full name: they are absent as
+    // well, since a period goes by the name. "" where there are none.
+    QString namesakesQuestion() const;
 
     // The next choice to make; nothing when all are made.
     std::optional<PeriodConflict> conflict() const;

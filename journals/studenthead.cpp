@@ -1,5 +1,6 @@
 #include "journals/studenthead.h"
 
+#include "journals/counted.h"
 #include "journals/students.h"
 
 #include "data/convert.h"
@@ -35,12 +36,7 @@ QString stepText(const QString& what, const QString& fullName, QDate date)
 
 QString cellsStepText(const QString& what, int cells)
 {
-    const int tens = cells % 100, ones = cells % 10;
-    const bool teen = tens >= 11 && tens <= 14;
-    const QString word = teen || ones == 0 || ones > 4 ? u" ячеек"_s
-                         : ones == 1                   ? u" ячейка"_s
-                                                       : u" ячейки"_s;
-    return what + u", "_s + QString::number(cells) + word;
+    return what + u", "_s + counted(cells, u"ячейка"_s, u"ячейки"_s, u"ячеек"_s);
 }
 
 } // namespace journals

@@ -101,10 +101,8 @@ void frmHPosStudPer::begin()
     PeriodAbsence period(m_parts.session.database(), request());
     const QString problem = period.problem();
     if (problem.isEmpty()) {
-        if (period.namesakes().isEmpty()
-            || m_parts.prompt.question(
-                u"Полные тезки в группе: "_s + period.namesakes().join(u", "_s)
-                + u". Пропуски будут записаны каждому из них. Продолжить?"_s))
+        const QString question = period.namesakesQuestion();
+        if (question.isEmpty() || m_parts.prompt.question(question))
             m_period.emplace(std::move(period));
         return;
     }

@@ -86,6 +86,19 @@ TEST_F(AbsenceCommands, APeriodIsWrittenForSeveralStudents)
         "Дата начала позже даты окончания. Пропуски не записаны.\n");
 }
 
+TEST_F(AbsenceCommands, NamesakesAreAbsentOnlyWhenTold)
+{
+    ASSERT_EQ(sql("INSERT INTO SPSTUD (IDG, IDGG, FAM) VALUES (1, 2, \"Юдин\")").status, 0);
+    std::vector<std::string> period = {"absence-period", "--from",    "2024-11-06", "--to",
+                                       "2024-11-06",     "--student", "2"};
+    const auto refused = call(period);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.err.find("Полные тезки в группе: Юдин."), std::string::npos) << refused.err;
+    EXPECT_EQ(absences(), "");
+    period.emplace_back("--yes");
+    EXPECT_EQ(call(period).out, "Записано пропусков: 4. Студентов: 2.\n");
+}
+
 TEST_F(AbsenceCommands, ADayIsReplacedAndNothingIsLostUnasked)
 {
     const std::vector<std::string> day = {"absence-day", "--student", "2", "--date", "2024-11-07"};

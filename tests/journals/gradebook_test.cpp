@@ -180,11 +180,14 @@ TEST_F(Grades, AGradeIsFoundByItsMonthOrYearWhateverItsDay)
     row(ivanov, maths, 3, "01/20/2023", -1, 0);
     row(ivanov, maths, 5, "06/01/2023", -1, 0); // of the second half-year
     row(petrov, maths, 3, "11/30/2021", 0, 0);
+    const QStringList before = stored();
     load(GradeMode::Monthly);
     set(4, {{0, 2}, {0, 10}, {1, 2}});
     EXPECT_EQ(stored(),
               (QStringList{u"Им 3 20.01.23 -1 0"_s, u"Им 4 01.06.23 -1 0"_s, u"Им 4 08.11.22 0 0"_s,
                            u"Пм 3 30.11.21 0 0"_s, u"Пм 4 30.11.22 0 0"_s}));
+    book.undo(); // the month lies in the year of the final grade
+    EXPECT_EQ(stored(), before);
 }
 
 TEST_F(Grades, WhatCannotBeChangedIsRefused)

@@ -171,7 +171,9 @@ TEST_F(PeriodAbsenceTest, GoesByTheFullNameWithinTheGroup)
     const int namesake = file.student(group, "Иванов", "Иван", "Иванович", 1);
     file.student(file.group("ИС-23"), "Иванов", "Иван", "Иванович");
     PeriodAbsence period(file.database(), request(first, first));
-    EXPECT_EQ(period.namesakes(), QStringList{u"Иванов Иван Иванович"_s});
+    EXPECT_EQ(period.namesakesQuestion(),
+              u"Полные тезки в группе: Иванов Иван Иванович. Пропуски будут "
+              "записаны каждому из них. Продолжить?");
     EXPECT_EQ(period.conflictsLeft(), 2);
     period.choose(1, false);
     period.choose(0, false);
@@ -180,7 +182,7 @@ TEST_F(PeriodAbsenceTest, GoesByTheFullNameWithinTheGroup)
     EXPECT_EQ(written(namesake), (QStringList{u"14 1 м/0 0/2"_s, u"14 2 ф/1 0/2"_s}));
 
     PeriodAbsence both(file.database(), request(first, first, {ivanov, namesake}));
-    EXPECT_EQ(both.namesakes(), QStringList()) << "both were asked for";
+    EXPECT_EQ(both.namesakesQuestion(), QString()) << "both were asked for";
     EXPECT_EQ(both.conflictsLeft(), 2);
 }
 
