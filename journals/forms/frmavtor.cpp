@@ -10,7 +10,6 @@
 #include "ui_frmavtor.h"
 
 #include <QKeyEvent>
-#include <QLocale>
 #include <QSignalBlocker>
 
 #include <algorithm>
@@ -21,14 +20,6 @@ namespace journals {
 namespace {
 
 enum Column { Student, MonthName, Now, Becomes, Average, Marks };
-
-QString titleOf(Month month)
-{
-    QString name =
-        QLocale(QLocale::Russian, QLocale::Russia).standaloneMonthName(month.month).toLower();
-    name[0] = name[0].toUpper();
-    return name + u' ' + QString::number(month.year);
-}
 
 // The key of the entry, nothing when none is chosen.
 template <class Key>
@@ -51,7 +42,7 @@ QTreeWidgetItem* itemOf(const PlannedGrade& row)
 {
     auto* item = new QTreeWidgetItem;
     item->setText(Student, row.name);
-    item->setText(MonthName, row.month.chosen() ? titleOf(row.month) : QString());
+    item->setText(MonthName, row.month.chosen() ? monthTitle(row.month) : QString());
     item->setText(Now, row.now.empty() ? u"-"_s : nowText(row));
     item->setText(Becomes, row.becomes ? becomesText(row) : u"удаляется"_s);
     item->setText(Average, row.marks.text());
@@ -131,9 +122,9 @@ void FrmAvtoR::fillMonths(Month month)
     if (month.valid() && std::ranges::find(months, month) == months.end())
         months.push_back(month);
     for (const Month each : months)
-        ui->Combo1->addItem(titleOf(each), each.first());
+        ui->Combo1->addItem(monthTitle(each), each.first());
     ui->Combo1->setCurrentIndex(
-        std::max(0, ui->Combo1->findText(month.valid() ? titleOf(month) : QString())));
+        std::max(0, ui->Combo1->findText(month.valid() ? monthTitle(month) : QString())));
 }
 
 void FrmAvtoR::connectControls()
@@ -294,6 +285,7 @@ void FrmAvtoR::write()
                       [&] { done = m_finals.carryOut(*m_plan, rows, m_history); });
     if (!done)
         return;
+    emit written();
     m_status.show(u"Автоматический расчет итогов: "_s + outcomeText(outcomeOf(*m_plan, rows))
                   + u'.');
     accept();

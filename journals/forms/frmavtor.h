@@ -33,6 +33,9 @@ public:
              Month month, QWidget* parent = nullptr);
     ~FrmAvtoR() override;
 
+signals:
+    void written(); // the journal is to be filled again
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

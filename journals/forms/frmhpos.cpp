@@ -22,12 +22,6 @@
 #include <algorithm>
 #include <optional>
 
-// In the global namespace, as the macro wants; a static library's resources need the call.
-static void initJournalIcons()
-{
-    Q_INIT_RESOURCE(journalicons);
-}
-
 using namespace Qt::StringLiterals;
 using shell::JournalAction;
 using shell::Setting;
@@ -85,7 +79,6 @@ void frmHPos::setUpGrid()
 
 void frmHPos::setUpCommands()
 {
-    initJournalIcons();
     dressToolbar(*ui->Toolbar1);
     connect(ui->keyDay, &QAction::triggered, this, [this] { wantMode(AttendanceMode::Days); });
     connect(ui->keyCal, &QAction::triggered, this, [this] { wantMode(AttendanceMode::Lessons); });
@@ -209,22 +202,17 @@ void frmHPos::showSheet()
     ui->lblNotice->setVisible(!notices.isEmpty());
 }
 
-// The cell where the cursor was, else the first student's first lesson.
+// The cell where the cursor was if it is open, else the first lesson.
 void frmHPos::goTo(int row, int column)
 {
     const AttendanceSheet* sheet = m_model->sheet();
     if (!sheet || sheet->students.empty())
         return;
-    if (row < 0) {
-        const auto first = std::find_if(sheet->columns.begin(), sheet->columns.end(),
-                                        [](const auto& day) { return day.inForce; });
-        row = 0;
-        column = kLeadColumns;
-        if (first != sheet->columns.end())
-            column += static_cast<int>(first - sheet->columns.begin());
-    }
-    ui->HF1->setCurrentIndex(m_model->index(std::min(row, m_model->rowCount() - 1),
-                                            std::min(column, m_model->columnCount() - 1)));
+    const int day = row < 0 ? 0 : column - kLeadColumns;
+    column = kLeadColumns + openColumn(*sheet, day);
+    row = std::max(row, 0);
+    selectCell(*ui->HF1, m_model->index(std::min(row, m_model->rowCount() - 1),
+                                        std::min(column, m_model->columnCount() - 1)));
 }
 
 // The lesson journal needs a discipline, so it takes the first where the day journal falls

@@ -23,12 +23,6 @@
 #include <algorithm>
 #include <optional>
 
-// In the global namespace, as the macro wants; a static library's resources need the call.
-static void initJournalIcons()
-{
-    Q_INIT_RESOURCE(journalicons);
-}
-
 using namespace Qt::StringLiterals;
 using shell::JournalAction;
 
@@ -36,6 +30,7 @@ namespace journals {
 namespace {
 
 const QString kWidths = u"frmHUsp/columns"_s;
+const QString kMoveRight = u"frmHUsp/moveRight"_s;
 const QString kNotFilled = u"Таблица успеваемости не заполнена."_s;
 const QString kNotWritten = u"Оценка не записана."_s;
 
@@ -87,7 +82,6 @@ void frmHUsp::setUpGrid()
 
 void frmHUsp::setUpCommands()
 {
-    initJournalIcons();
     dressToolbar(*ui->Toolbar1);
     ui->keyIns->setIcon(shell::paletteIcon(u"keyGrade"_s));
     connect(ui->keyIns, &QAction::triggered, this, &frmHUsp::chooseGrade);
@@ -104,6 +98,10 @@ void frmHUsp::setUpCommands()
     auto* copy = new QAction(u"&Копировать\tCtrl+C"_s, ui->HF1);
     connect(copy, &QAction::triggered, this, [this] { copyCells(*ui->HF1); });
     ui->HF1->addAction(copy);
+    m_moveRight = new QAction(u"После оценки - впра&во"_s, ui->HF1);
+    m_moveRight->setCheckable(true);
+    m_moveRight->setChecked(!m_parts.settings.remembered(kMoveRight).isEmpty());
+    ui->HF1->addAction(m_moveRight);
     offerInMenu(*ui->HF1, *ui->keyRefresh, u"О&бновить\tF3"_s);
     offerInMenu(*ui->HF1, *ui->keyExport, u"&Экспорт в файл...\tCtrl+E"_s);
 }
@@ -123,6 +121,7 @@ void frmHUsp::closeEvent(QCloseEvent* event)
     }
     m_selectors->save();
     m_parts.settings.remember(kWidths, m_widths->save());
+    m_parts.settings.remember(kMoveRight, m_moveRight->isChecked() ? "1" : QByteArray());
     JournalActions::closeEvent(event);
 }
 
@@ -179,28 +178,17 @@ void frmHUsp::showSheet()
     ui->lblNotice->setVisible(!notices.isEmpty());
 }
 
-// The cell where the cursor was, else the first student's first open one.
+// The cell where the cursor was if it is open, else the first open one.
 void frmHUsp::goTo(int row, int column)
 {
     const GradeSheet* sheet = m_model->sheet();
     if (!sheet || sheet->students.empty() || sheet->columns.empty())
         return;
-    if (row < 0) {
-        const auto first = std::find_if(sheet->columns.begin(), sheet->columns.end(),
-                                        [](const auto& each) { return each.inForce; });
-        row = 0;
-        column = GradeModel::kLeadColumns;
-        if (first != sheet->columns.end())
-            column += static_cast<int>(first - sheet->columns.begin());
-    }
-    select(m_model->index(std::min(row, m_model->rowCount() - 1),
-                          std::min(column, m_model->columnCount() - 1)));
-}
-
-// Whatever modifier keys are held, as Ctrl is after Ctrl+Z.
-void frmHUsp::select(const QModelIndex& cell)
-{
-    ui->HF1->selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect);
+    const int place = row < 0 ? 0 : column - GradeModel::kLeadColumns;
+    column = GradeModel::kLeadColumns + openColumn(*sheet, place);
+    row = std::max(row, 0);
+    selectCell(*ui->HF1, m_model->index(std::min(row, m_model->rowCount() - 1),
+                                        std::min(column, m_model->columnCount() - 1)));
 }
 
 void frmHUsp::setGrade(int grade)
@@ -212,19 +200,31 @@ void frmHUsp::setGrade(int grade)
     const QModelIndexList cells = chosenCells(*ui->HF1);
     int held = 0;
     shell::runCommand(m_parts.prompt, kNotWritten, [&] { held = m_model->set(grade, cells); });
-    const QModelIndex below = ui->HF1->currentIndex().siblingAtRow(cells.value(0).row() + 1);
-    if (held > 0 && cells.size() == 1 && m_model->offers(below))
-        select(below);
+    if (held > 0 && cells.size() == 1)
+        goOn();
     refreshCommands();
+}
+
+// Down the column, or to the next lesson of the student.
+void frmHUsp::goOn()
+{
+    const bool right = m_moveRight->isChecked();
+    QModelIndex next = ui->HF1->currentIndex();
+    do
+        next = right ? next.siblingAtColumn(next.column() + 1) : next.siblingAtRow(next.row() + 1);
+    while (right && next.isValid() && !m_model->offers(next));
+    if (m_model->offers(next))
+        selectCell(*ui->HF1, next);
 }
 
 void frmHUsp::chooseGrade()
 {
-    const QModelIndex cell = ui->HF1->currentIndex();
-    if (!m_model->offers(cell)) {
+    const QModelIndexList cells = chosenCells(*ui->HF1);
+    if (std::ranges::none_of(cells, [this](const auto& each) { return m_model->offers(each); })) {
         setGrade(kNoGrade); // which says why not
         return;
     }
+    const QModelIndex cell = ui->HF1->currentIndex();
     auto* menu = new QMenu(ui->HF1);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->setObjectName(u"grades"_s);
@@ -266,9 +266,9 @@ void frmHUsp::computeGrades()
         const GradeSelection shown = m_selectors->selection();
         FrmAvtoR dialog(m_parts.session, m_parts.prompt, m_parts.status, m_book.history(),
                         shown.group, shown.discipline, shown.month, this);
+        connect(&dialog, &FrmAvtoR::written, this, &frmHUsp::refill);
         dialog.exec();
     });
-    refill();
 }
 
 bool frmHUsp::available(JournalAction action) const

@@ -8,6 +8,8 @@
 
 #include <memory>
 
+class QAction;
+
 namespace journals {
 
 class ColumnWidths;
@@ -47,9 +49,9 @@ private:
     void refill();
     void showSheet();
     void goTo(int row, int column);
-    void select(const QModelIndex& cell);
 
     void setGrade(int grade);
+    void goOn();
     void chooseGrade();
     void save();
     void step(bool back);
@@ -64,6 +66,7 @@ private:
     GradeModel* m_model = nullptr; // a child, so that it outlives the grid
     GradeSelectors* m_selectors = nullptr;
     ColumnWidths* m_widths = nullptr;
+    QAction* m_moveRight = nullptr; // after a grade, instead of down
 };
 
 } // namespace journals

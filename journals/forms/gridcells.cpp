@@ -9,6 +9,12 @@
 #include <QTableView>
 #include <QToolBar>
 
+// In the global namespace, as the macro wants; a static library's resources need the call.
+static void initJournalIcons()
+{
+    Q_INIT_RESOURCE(journalicons);
+}
+
 using namespace Qt::StringLiterals;
 
 namespace journals {
@@ -20,6 +26,12 @@ QModelIndexList chosenCells(const QTableView& grid)
     if (selected.contains(current))
         return selected;
     return current.isValid() ? QModelIndexList{current} : QModelIndexList();
+}
+
+void selectCell(QTableView& grid, const QModelIndex& cell)
+{
+    grid.setCurrentIndex(cell); // where the view begins a block
+    grid.selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect);
 }
 
 void copyCells(const QTableView& grid)
@@ -41,6 +53,7 @@ void offerInMenu(QTableView& grid, QAction& command, const QString& text)
 
 void dressToolbar(QToolBar& bar)
 {
+    initJournalIcons();
     for (QAction* command : bar.actions())
         if (!command->isSeparator())
             command->setIcon(shell::paletteIcon(command->objectName()));

@@ -1,7 +1,10 @@
+#include "journals/forms/frmavtor.h"
 #include "journals/forms/frmhusp.h"
+#include "journals/forms/gridcells.h"
 #include "shell/session.h"
 #include "shell/settings.h"
 #include "tests/shell_forms/accessible.h"
+#include "tests/shell_forms/modal.h"
 #include "tests/support/scriptedprompt.h"
 #include "tests/support/smalljournal.h"
 
@@ -13,6 +16,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
+#include <QPushButton>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -74,8 +78,7 @@ protected:
     }
     void select(int row, int day)
     {
-        grid->selectionModel()->setCurrentIndex(grid->model()->index(row, kFirst + day - 1),
-                                                QItemSelectionModel::ClearAndSelect);
+        selectCell(*grid, grid->model()->index(row, kFirst + day - 1));
     }
     QString cell(int row, int column) const
     {
@@ -172,6 +175,17 @@ TEST_F(GradesWindow, ABlockIsSetAndTakenBackAtOnce)
     EXPECT_FALSE(window->available(JournalAction::Undo));
 }
 
+TEST_F(GradesWindow, ABlockBeginsWhereTypingLeftTheCursor)
+{
+    open(true);
+    select(0, 13);
+    press(Qt::Key_Right);
+    type(u"5"_s);
+    press(Qt::Key_Down, Qt::ShiftModifier);
+    type(u"4"_s);
+    EXPECT_EQ(stored(), (QStringList{u"1 14.11 5"_s, u"2 14.11 4"_s, u"3 14.11 4"_s}));
+}
+
 TEST_F(GradesWindow, AGradeIsChosenFromAListByKeyOrDoubleClick)
 {
     open(true);
@@ -202,6 +216,45 @@ TEST_F(GradesWindow, AGradeIsChosenFromAListByKeyOrDoubleClick)
     QTest::keyClick(list, Qt::Key_Down);
     QTest::keyClick(list, Qt::Key_Return);
     EXPECT_EQ(stored(), (QStringList{u"1 14.11 5"_s, u"2 14.11 4"_s}));
+}
+
+TEST_F(GradesWindow, ChoosingForABlockThatEndsOnAClosedDayDeletesNothing)
+{
+    open(true);
+    select(0, 8);
+    type(u"5"_s);
+    select(0, 8);
+    press(Qt::Key_Left, Qt::ShiftModifier);
+    press(Qt::Key_Left, Qt::ShiftModifier);
+    ASSERT_EQ(grid->currentIndex().data().toString(), u"X");
+    press(Qt::Key_F2);
+    EXPECT_EQ(stored(), QStringList{u"1 8.11 5"_s});
+    auto* list = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_TRUE(list) << "for the open days of the block";
+    QTest::keyClick(list, Qt::Key_3);
+    EXPECT_EQ(stored(), (QStringList{u"1 7.11 3"_s, u"1 8.11 3"_s}));
+}
+
+TEST_F(GradesWindow, AfterAGradeTheCursorGoesDownOrRight)
+{
+    file.database().execute("UPDATE RASP SET Uroki = True;");
+    for (const int day : {8, 10, 29})
+        file.lesson(group, maths, {2022, 11, day}, 1);
+    open(true);
+    for (QAction* entry : grid->actions())
+        if (entry->isCheckable())
+            entry->trigger();
+    select(0, 8);
+    type(u"453"_s);
+    EXPECT_EQ(stored(), (QStringList{u"1 8.11 4"_s, u"1 10.11 5"_s, u"1 29.11 3"_s}));
+    type(u"2"_s); // the last lesson: the cursor stays
+    EXPECT_EQ(cell(0, 29), u"2");
+    ASSERT_TRUE(window->close());
+    show();
+    pick(u"cboDiscipline"_s, u"Математика"_s);
+    select(1, 8);
+    type(u"44"_s);
+    EXPECT_EQ(cell(1, 10), u"4") << "remembered";
 }
 
 TEST_F(GradesWindow, UnsavedGradesAreMarkedAndAskedAbout)
@@ -243,6 +296,21 @@ TEST_F(GradesWindow, UnsavedGradesAreMarkedAndAskedAbout)
     prompt.expectMatching(Box::SaveQuestion, u".*1 оценка.*"_s, shell::Answer::Yes);
     EXPECT_TRUE(window->close());
     EXPECT_EQ(stored(), saved + QStringList{u"1 15.12 2"_s});
+}
+
+TEST_F(GradesWindow, AutomaticFinalsFillTheGridAndSayWhatWasWritten)
+{
+    open(true);
+    select(0, 14);
+    type(u"4"_s);
+    inNextDialog<FrmAvtoR>([](FrmAvtoR& dialog) {
+        dialog.findChild<QPushButton*>(u"cmdCount"_s)->click();
+        dialog.findChild<QPushButton*>(u"cmdWrite"_s)->click();
+    });
+    named<QAction>(u"keyAvtoR"_s)->trigger();
+    EXPECT_EQ(named<QLabel>(u"lblNotice"_s)->text(), u"Итоговые оценки выставлены(30.06.2023)");
+    EXPECT_EQ(status.last(),
+              u"Автоматический расчет итогов: новых 1, изменено 0, без изменений 0, удалено 0.");
 }
 
 TEST_F(GradesWindow, ModesShowTheirSelectorsAndAreRemembered)
