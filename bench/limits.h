@@ -26,6 +26,9 @@ int checkFinals(OpenJournal& journal);
 // Time from the command to rows on disk, three months of lessons missed by one student.
 int checkPeriod(OpenJournal& journal);
 
+// Time from opening a timetable to its lessons on disk, in an empty journal.
+int checkImport(OpenJournal& journal);
+
 // Processor time of each statement, of one group and of all.
 int checkStatements(OpenJournal& journal);
 

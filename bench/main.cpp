@@ -30,6 +30,7 @@ try {
     missed += bench::checkGradeFills(journal);
     missed += bench::checkFinals(journal);
     missed += bench::checkPeriod(journal);
+    missed += bench::checkImport(journal);
     missed += bench::checkReports(journal);
     missed += bench::checkStatements(journal);
     std::printf("\n");

@@ -180,7 +180,7 @@ QLayout* Form1::buttonRow()
     connect(m_ok, &QPushButton::clicked, this, &Form1::runImport);
     m_cancel = new QPushButton(u"Отмена"_s);
     m_cancel->setObjectName(u"cmdCancel"_s);
-    m_cancel->setAutoDefault(false);
+    m_cancel->setAutoDefault(false); // the focus alone makes no button the default
     connect(m_cancel, &QPushButton::clicked, this, &QDialog::reject);
     auto* row = new QHBoxLayout;
     row->addWidget(m_statusText, 1);
@@ -237,6 +237,7 @@ void Form1::refresh()
          {PreviewModel::Date, PreviewModel::Teacher, PreviewModel::Group, PreviewModel::Subgroup})
         m_preview->resizeColumnToContents(column);
     m_ok->setEnabled(m_choice != nullptr);
+    m_ok->setDefault(true);
 }
 
 void Form1::clearSummary()
@@ -299,6 +300,8 @@ void Form1::finish(const ImportCounts& counts)
 {
     m_hasImported = true;
     m_cancel->setText(u"Закрыть"_s);
+    m_cancel->setDefault(true); // Enter does not import twice
+    m_cancel->setFocus();
     showSummary(counts, u"&Импортировано:"_s);
     m_parts.prompt.information(doneText());
     const QString text = doneText(counts, m_parts.session.wording());

@@ -1,31 +1,19 @@
 #include "import/forms/importprogress.h"
 
-#include <QApplication>
+#include "shell/forms/waitcursor.h"
+
 #include <QProgressDialog>
 
 using namespace Qt::StringLiterals;
 
 namespace imports {
-namespace {
-
-// The pointer that says "wait" until the box appears.
-class WaitCursor final
-{
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
-
-} // namespace
 
 std::optional<ImportCounts> importWithProgress(const Timetable& timetable, const Period& period,
                                                const LessonChoice& choice, jet::Database& journal,
                                                QWidget* parent)
 {
     constexpr int kShownAfterMilliseconds = 500;
-    const WaitCursor cursor;
+    const shell::WaitCursor cursor;
     QProgressDialog box(u"Идет импорт..."_s, u"Отмена"_s, 0, 100, parent);
     box.setObjectName(u"importProgress"_s);
     box.setWindowTitle(parent->windowTitle());

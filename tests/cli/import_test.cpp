@@ -71,8 +71,10 @@ TEST_F(ImportLessons, LessonsAreAddedAgainEachTimeAndTold)
     EXPECT_EQ(second.err.find("В журнале за эти дни уже были занятия: 1.\n"), 0U);
     EXPECT_EQ(lessons(), "[[2,1],[2,1]]");
     EXPECT_EQ(jet::test::structuralErrors(file()).value_or(""), "");
-    if (const auto csv = jet::test::mdbtools("mdb-export", {"-H", file(), "UROKI"}))
+    const auto csv = jet::test::mdbtools("mdb-export", {"-H", file(), "UROKI"});
+    if (csv) {
         EXPECT_NE(csv->find("2,\"11/06/24 00:00:00\",2,1,1,"), std::string::npos) << *csv;
+    }
 }
 
 TEST_F(ImportLessons, WhatCannotBeImportedIsRefusedInOneLine)
