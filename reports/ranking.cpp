@@ -5,6 +5,7 @@
 #include "jet/database.h"
 #include "jet/error.h"
 #include "jet/sqltext.h"
+#include "reports/statements/grouprows.h"
 
 #include <algorithm>
 #include <cmath>
@@ -101,15 +102,11 @@ void readAbsences(jet::Database& database, const RankingRequest& request, AllFig
         }
 }
 
-// Lessons of the second subgroup run beside those of the first and add no hours.
 void readLessons(jet::Database& database, const RankingRequest& request, AllFigures& figures)
 {
-    auto rows =
-        database.query("SELECT UROKI.IDG, Count(UROKI.ID) From UROKI Where " + period(request)
-                       + " and val(0 & UROKI.IDGG) in (0, 1) Group By UROKI.IDG;");
-    while (rows.next())
-        if (const auto group = figures.groups.find(rows.integer(0)); group != figures.groups.end())
-            group->second.lessons += static_cast<int>(rows.integer(1));
+    for (const auto& [key, lessons] : countLessons(database, period(request)))
+        if (const auto group = figures.groups.find(key); group != figures.groups.end())
+            group->second.lessons += lessons;
 }
 
 // What is added up for one row.
