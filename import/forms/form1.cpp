@@ -5,6 +5,7 @@
 #include "import/previewmodel.h"
 #include "import/worded.h"
 #include "shell/forms/runcommand.h"
+#include "shell/forms/waitcursor.h"
 #include "shell/session.h"
 #include "shell/statusline.h"
 
@@ -224,6 +225,7 @@ void Form1::refresh()
         m_statusText->setText(u"Идет обновление списков..."_s);
         m_statusText->repaint();
         const bool done = shell::runCommand(m_parts.prompt, u"Списки не обновлены."_s, [this] {
+            const shell::WaitCursor cursor;
             auto choice = std::make_shared<LessonChoice>(chooseLessons(*m_timetable, m_period));
             const ImportCounts counts =
                 tryImport(*m_timetable, m_period, *choice, m_parts.session.database());

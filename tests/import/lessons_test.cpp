@@ -216,6 +216,10 @@ TEST_F(LessonsImport, WhatIsSkippedIsSaid)
               u"Пропущено занятий: 3 (нет преподавателя — 1, нет нагрузки — 2)."_s);
     EXPECT_EQ(imports::skippedText(choice, shell::Wording(Institution::School)),
               u"Пропущено уроков: 3 (нет учителя — 1, нет нагрузки — 2)."_s);
+    QStringList tables;
+    for (const auto& line : imports::summary({}, shell::Wording(Institution::School)))
+        tables << line.table;
+    EXPECT_EQ(tables.join(u' '), u"Параллели Учителя Типы уроков Классы Предметы Нагрузка Уроки"_s);
 }
 
 TEST_F(LessonsImport, SourcesOfEveryKindAreRead)
