@@ -133,13 +133,15 @@ void frmSPRAV::setUpCommands()
 }
 
 // A command of the toolbar and of the context menu. Its keys work in the list only, so that
-// Delete in the filter line deletes a letter.
+// Delete in the filter line deletes a letter; those that a line and a box have no use for
+// work everywhere.
 QAction* frmSPRAV::addCommand(std::string_view key, const QString& text)
 {
     static const std::map<std::string_view, QStringList> kShortcuts = {
         {"keyAdd", {u"Ins"_s}},         {"keyEdit", {u"Return"_s, u"Enter"_s, u"F2"_s}},
         {"keyCopy", {u"Ctrl+D"_s}},     {"keyDel", {u"Del"_s}},
         {"keyNagrLock", {u"Ctrl+L"_s}}, {"keyExport", {u"Ctrl+E"_s}},
+        {"keyRefresh", {u"F3"_s}},
     };
     const QString name = keyName(key);
     auto* action = new QAction(shell::paletteIcon(u"book/"_s + name), text, this);
@@ -152,11 +154,9 @@ QAction* frmSPRAV::addCommand(std::string_view key, const QString& text)
         action->setShortcuts(keys);
         tip += u" ("_s + keys.first().toString(QKeySequence::NativeText) + u')';
     }
-    if (key == "keyRefresh") {
-        action->setShortcut(QKeySequence(u"F3"_s));
+    if (key == "keyRefresh" || key == "keyAdd") {
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         addAction(action);
-        tip += u" (F3)"_s;
     } else {
         action->setShortcutContext(Qt::WidgetShortcut);
     }

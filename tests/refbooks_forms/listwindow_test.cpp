@@ -45,6 +45,7 @@ TEST_F(ListWindow, AddsEditsCopiesAndDeletesByKeysAlone)
 {
     open(Book::Departments);
     EXPECT_EQ(count(), u"Строк: 0"_s);
+    named<QLineEdit>(u"txtFind"_s)->setFocus(); // Ins works from every part of the window
     for (const QString& name : {u"Физики"_s, u"Истории"_s}) {
         inDialog([&](QDialog&) {
             type(name);

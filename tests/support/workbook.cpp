@@ -15,9 +15,10 @@ QByteArray entry(zip_t* archive, const char* name)
 {
     const std::unique_ptr<zip_file_t, decltype(&zip_fclose)> file(zip_fopen(archive, name, 0),
                                                                   &zip_fclose);
-    QByteArray bytes, part(65536, '\0');
+    constexpr unsigned kPart = 65536;
+    QByteArray bytes, part(kPart, '\0');
     zip_int64_t count = 0;
-    while (file && (count = zip_fread(file.get(), part.data(), part.size())) > 0)
+    while (file && (count = zip_fread(file.get(), part.data(), kPart)) > 0)
         bytes.append(part.constData(), count);
     return bytes;
 }
