@@ -10,8 +10,8 @@
 #include <QValueAxis>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <ranges>
 
 using namespace Qt::StringLiterals;
 
@@ -64,9 +64,9 @@ QChart* drawnChart(const RankingChart& chart, const QPalette& palette)
     auto* values = new QBarSet(chart.title);
     auto* names = new QBarCategoryAxis;
     // The axis goes upwards.
-    for (auto bar = chart.bars.rbegin(); bar != chart.bars.rend(); ++bar) {
-        *values << bar->value.value_or(0);
-        addName(*names, bar->value ? bar->name : bar->name + u" (нет данных)"_s);
+    for (const auto& bar : chart.bars | std::views::reverse) {
+        *values << bar.value.value_or(0);
+        addName(*names, bar.value ? bar.name : bar.name + u" (нет данных)"_s);
     }
     constexpr double kBarShare = 0.7; // of the room of a row
     constexpr int kDigits = 6;
