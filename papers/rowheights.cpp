@@ -48,11 +48,24 @@ RowHeights rowHeights(const Paper& paper)
     return {heights(paper, paper.head, kLeastHead / rows), heights(paper, paper.body, kLeastBody)};
 }
 
+double sheetHeight(const Paper& paper)
+{
+    constexpr double kUsualRow = 15;
+    const RowHeights rows = rowHeights(paper);
+    const double across = widthOf(paper, 0, static_cast<int>(paper.widths.size()));
+    double height = kUsualRow * static_cast<double>(kFirstBodyRow - 1 - rows.head.size());
+    for (const auto* part : {&rows.head, &rows.body})
+        height = std::accumulate(part->begin(), part->end(), height);
+    for (const QString& note : paper.notes)
+        height += textHeight(note, across, kTablePoints);
+    return height + kUsualRow * static_cast<double>(1 + (paper.signatures.size() + 1) / 2 * 2);
+}
+
 double textHeight(const QString& text, double across, double points)
 {
     constexpr double kMmPerPoint = 0.155; // of an average letter
     constexpr double kMargins = 1.5;      // mm
-    constexpr double kLine = 1.25;        // of the points
+    constexpr double kLine = 1.17;        // of the points
     double lines = 0;
     for (const QString& line : text.split(u'\n')) {
         const double length = static_cast<double>(line.size()) * kMmPerPoint * points;

@@ -15,6 +15,9 @@ struct RowHeights
 
 RowHeights rowHeights(const Paper& paper);
 
+// Of the paper from its first line to the signatures.
+double sheetHeight(const Paper& paper);
+
 // Of a text across so many millimetres, which wraps.
 double textHeight(const QString& text, double across, double points);
 

@@ -181,12 +181,21 @@ private:
     int m_top;
 };
 
+bool isALittleTooLong(const Paper& paper)
+{
+    constexpr double kPointsPerMm = 72 / kMmPerInch, kLittle = 1.2;
+    const double room = (paper.landscape ? 210 - 24 : 297 - 24) * kPointsPerMm;
+    const double height = sheetHeight(paper);
+    return !paper.half && height > room && height < room * kLittle;
+}
+
 void setUpPage(lxw_worksheet& sheet, const Paper& paper)
 {
     if (paper.landscape)
         worksheet_set_landscape(&sheet);
     worksheet_set_paper(&sheet, sheets::kPaperA4);
-    worksheet_fit_to_pages(&sheet, 1, 0);
+    // What is a little too long is set smaller, so that signatures do not stand alone.
+    worksheet_fit_to_pages(&sheet, 1, isALittleTooLong(paper) ? 1 : 0);
     worksheet_set_margins(&sheet, inches(20), inches(10), inches(10), inches(14));
     check(worksheet_set_footer(&sheet, "&L&8Отпечатано &D&R&8Лист &P из &N"));
     for (std::size_t i = 0; i < paper.widths.size(); ++i) {
