@@ -158,8 +158,8 @@ bool BookImport::isInForce(std::size_t workload) const
         const jet::Value& date = source.value(workload, field);
         return !source.has(field)
                || (!date.isNull()
-                   && (date.toDate() >= data::toJet(m_period.from)
-                       || date.toDate() <= data::toJet(m_period.to)));
+                   && (date.toDate().days >= data::toJet(m_period.from).days
+                       || date.toDate().days <= data::toJet(m_period.to).days));
     };
     return passes(F::First) && passes(F::Last);
 }
