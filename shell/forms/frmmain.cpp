@@ -242,6 +242,7 @@ QWidget* frmMain::openWindow(const QString& command)
     QPointer<QMdiSubWindow>& window = m_windows[command];
     if (window) {
         ui->mdiArea->setActiveSubWindow(window);
+        window->widget()->setFocus(); // where it begins, as if it had been opened now
         return window->widget();
     }
     const bool alone = ui->mdiArea->subWindowList().isEmpty();
@@ -293,8 +294,7 @@ void frmMain::verifyFile()
 {
     m_status->show(u"Проверка базы данных..."_s);
     const CheckVerdict verdict = verifyAfterUncleanEnd(m_parts.session.database());
-    verdict.sound ? m_parts.prompt.information(verdict.text)
-                  : m_services->offerCopy(verdict.text);
+    verdict.sound ? m_parts.prompt.information(verdict.text) : m_services->offerCopy(verdict.text);
 }
 
 void frmMain::showOptions()
