@@ -1,5 +1,6 @@
 #include "app/windows.h"
 
+#include "import/forms/importlist.h"
 #include "import/forms/importtimetable.h"
 #include "journals/forms/frmhpos.h"
 #include "journals/forms/frmhusp.h"
@@ -24,6 +25,15 @@ auto importOfLessons(const refbooks::BookListParts& parts)
                                         parts.chooser};
     return [imported](refbooks::Book, const refbooks::ListFilter&, QWidget* parent) {
         return imports::importTimetable(imported, parent);
+    };
+}
+
+auto importOfList(const refbooks::BookListParts& parts)
+{
+    const imports::ImportParts imported{parts.session, parts.settings, parts.prompt, parts.status,
+                                        parts.chooser};
+    return [imported](refbooks::Book book, const refbooks::ListFilter& filter, QWidget* parent) {
+        return imports::importList(imported, book, filter, parent);
     };
 }
 
@@ -56,6 +66,8 @@ void offerBooks(shell::WindowRegistry& registry, refbooks::BookListParts parts,
         refbooks::BookListParts ofBook = parts;
         if (book == refbooks::Book::Lessons)
             ofBook.import = importOfLessons(parts);
+        else if (book != refbooks::Book::Users)
+            ofBook.import = importOfList(parts);
         registry.offer(QString::fromLatin1(command.data(), static_cast<qsizetype>(command.size())),
                        [ofBook, book](QWidget* parent) {
                            return new refbooks::frmSPRAV(book, ofBook, parent);

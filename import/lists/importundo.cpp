@@ -20,8 +20,18 @@ const QString kChangedSince =
 const QString kUsedSince =
     u"Импорт отменить нельзя: строки, которые он добавил, уже используются в журнале."_s;
 
-// Where the journals name students; the books say themselves where their rows are in use.
-constexpr std::string_view kStudentUses[] = {"POS", "USP"};
+// Where rows are named beside what their own books say about it.
+struct FurtherUse
+{
+    Book book;
+    std::string_view table;
+    std::string_view field;
+};
+constexpr FurtherUse kFurtherUses[] = {
+    {Book::Students, "POS", "ID"},     {Book::Students, "USP", "ID"},
+    {Book::Groups, "SPSTUD", "IDG"},   {Book::Disciplines, "POS", "IDD"},
+    {Book::Disciplines, "USP", "IDD"},
+};
 
 std::string whereKey(Book book, std::int64_t key)
 {
@@ -44,10 +54,9 @@ bool isUsed(jet::Database& database, Book book, std::int64_t key)
                               + " = " + sql::number(key) + ';')
                > 0;
     };
-    if (book == Book::Students)
-        for (const std::string_view table : kStudentUses)
-            if (names(table, "ID"))
-                return true;
+    for (const FurtherUse& use : kFurtherUses)
+        if (use.book == book && names(use.table, use.field))
+            return true;
     if (const refbooks::DeletionRule* rule = refbooks::deletionRule(book))
         for (const refbooks::UseCheck& use : rule->uses)
             if (names(use.table, use.field))

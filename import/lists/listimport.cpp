@@ -191,7 +191,9 @@ QString ListImport::problem(const ListChoice& choice) const
     if (choice.columns.headRow + 1 >= m_table.rows.size())
         return u"Под названиями граф нет строк."_s;
     if (m_blank.book == Book::Students && !choice.group && !fills(m_blank.position("IDG")))
-        return u"В файле нет графы с группой: выберите группу для всех."_s;
+        return m_session.wording().isSchool()
+                   ? u"В файле нет графы с классом: выберите класс для всех."_s
+                   : u"В файле нет графы с группой: выберите группу для всех."_s;
     return {};
 }
 
