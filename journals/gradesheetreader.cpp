@@ -25,17 +25,16 @@ std::vector<GradeColumn> dayColumns(jet::Database& database, const GradeSelectio
     const GroupId group = selection.group.value();
     const bool byLessons = data::readSettingsRow(database).useTimetable;
     std::set<QDate> lessons;
-    std::vector<Period> workload;
     if (byLessons)
         lessons = daysWithLessons(database, group, selection.discipline, selection.span());
-    else
-        workload = workloadPeriods(database, group, selection.discipline);
+    const auto workload = workloadPeriods(database, group, selection.discipline);
+    // The workload is asked even where lessons decide: outside it even a lesson takes no grade.
     const auto taught = [&](QDate day) {
-        if (byLessons)
-            return lessons.contains(day);
-        return workload.empty()
-               || std::any_of(workload.begin(), workload.end(),
-                              [day](const Period& period) { return inForce(period, day); });
+        const bool planned =
+            workload.empty()
+            || std::any_of(workload.begin(), workload.end(),
+                           [day](const Period& period) { return inForce(period, day); });
+        return planned && (!byLessons || lessons.contains(day));
     };
     const DaysOff daysOff(database);
     std::vector<GradeColumn> columns;

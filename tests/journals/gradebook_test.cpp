@@ -136,6 +136,7 @@ TEST_F(Grades, ADayIsOpenByAnyWorkloadOrByItsLessonsAndWhereAGradeStandsAlready)
     EXPECT_TRUE(line(1).startsWith(u"||X|X|X|X||")) << line(1).toStdString();
     settings("Uroki = True");
     file.lesson(group, maths, {2022, 11, 2}, 1);
+    file.lesson(group, maths, {2022, 11, 4}, 1); // outside the workload
     load(GradeMode::Current);
     EXPECT_TRUE(line(0).startsWith(u"X||X|X|4|X|X|")) << line(0).toStdString();
 }
