@@ -5,8 +5,6 @@
 #include "jet/sqltext.h"
 #include "refbooks/deletionrules.h"
 
-#include <ranges>
-
 using namespace Qt::StringLiterals;
 namespace sql = jet::sql;
 
@@ -42,6 +40,7 @@ std::string whereKey(Book book, std::int64_t key)
 std::vector<jet::Value> presentRow(const jet::Recordset& rows)
 {
     std::vector<jet::Value> row;
+    row.reserve(rows.columns().size());
     for (int column = 0; column < static_cast<int>(rows.columns().size()); ++column)
         row.push_back(rows.value(column));
     return row;
@@ -143,7 +142,8 @@ QString ImportUndo::undo(jet::Database& database)
         return kChangedSince;
     jet::Transaction transaction(database);
     // Backwards: what was created for a row goes after the row.
-    for (const Change& change : std::views::reverse(m_changes)) {
+    for (std::size_t left = m_changes.size(); left > 0; --left) {
+        const Change& change = m_changes[left - 1];
         if (!change.before.empty()) {
             restore(database, change.book, change.key, change.before);
             continue;

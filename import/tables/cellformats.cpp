@@ -95,7 +95,7 @@ QString CellFormats::dateText(double number, Shown shown) const
     const auto seconds = static_cast<qint64>(std::llround(number * kSecondsPerDay));
     auto day = seconds / kSecondsPerDay;
     const QTime time = QTime(0, 0).addSecs(static_cast<int>(seconds % kSecondsPerDay));
-    const QString timeText = time.toString(time.second() == 0 ? u"H:mm"_s : u"H:mm:ss"_s);
+    QString timeText = time.toString(time.second() == 0 ? u"H:mm"_s : u"H:mm:ss"_s);
     if (shown == Shown::Time || (day == 0 && time > QTime(0, 0)))
         return timeText;
     if (!m_from1904 && day < kDayThatWasNot)

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -98,13 +99,7 @@ bool isBlank(const QStringList& cells)
 
 // How many rows are cut into the same number of cells, more than one, and which number it is;
 // zeros unless most rows are.
-struct Evenness
-{
-    int rows = 0;
-    qsizetype cells = 0;
-
-    friend auto operator<=>(const Evenness&, const Evenness&) = default;
-};
+using Evenness = std::pair<int, qsizetype>;
 
 Evenness evenness(const QString& text, QChar separator)
 {
@@ -124,7 +119,7 @@ Evenness evenness(const QString& text, QChar separator)
         if (width > 1)
             best = std::max(best,
                             Evenness{static_cast<int>(std::ranges::count(widths, width)), width});
-    return best.rows * 2 > static_cast<int>(widths.size()) ? best : Evenness();
+    return best.first * 2 > static_cast<int>(widths.size()) ? best : Evenness();
 }
 
 // A spreadsheet's first line "sep=;", which is no row.
