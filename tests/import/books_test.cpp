@@ -83,12 +83,15 @@ TEST_F(BooksImport, WorkloadIsMatchedByPlaceAndLinksAreTranslated)
     const auto day = [](int month) { return data::toJet(QDate(2020, month, 1)); };
     const auto workload = [&](const TimetableFile::Place& at, const jet::Value& subgroup, int hours,
                               const jet::Value& link, bool dated = true) {
+        jet::Value begin;
+        if (dated)
+            begin = day(1);
         return source.add("SPNAGR", {{"IDP", at.teacher},
                                      {"IDG", at.group},
                                      {"IDD", at.discipline},
                                      {"IDGG", subgroup},
                                      {"CHSEM", hours},
-                                     {"DATNN", dated ? jet::Value(day(1)) : jet::Value()},
+                                     {"DATNN", begin},
                                      {"DATKK", day(2)},
                                      {"IDNN", link}});
     };
