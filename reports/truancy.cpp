@@ -144,8 +144,10 @@ void dropRepeats(std::vector<AbsenceRow>& absences)
                           row.hours.unexcused);
     };
     std::ranges::sort(absences, {}, key);
-    const auto repeats = std::ranges::unique(absences, {}, key);
-    absences.erase(repeats.begin(), repeats.end());
+    const auto alike = [&](const AbsenceRow& left, const AbsenceRow& right) {
+        return key(left) == key(right);
+    };
+    absences.erase(std::unique(absences.begin(), absences.end(), alike), absences.end());
 }
 
 class Filler

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ranges>
 
 using namespace Qt::StringLiterals;
 
@@ -64,10 +63,10 @@ QChart* drawnChart(const RankingChart& chart, const QPalette& palette)
     auto* values = new QBarSet(chart.title);
     auto* names = new QBarCategoryAxis;
     // The axis goes upwards.
-    for (const auto& bar : chart.bars | std::views::reverse) {
+    std::for_each(chart.bars.rbegin(), chart.bars.rend(), [&](const auto& bar) {
         *values << bar.value.value_or(0);
         addName(*names, bar.value ? bar.name : bar.name + u" (нет данных)"_s);
-    }
+    });
     constexpr double kBarShare = 0.7; // of the room of a row
     constexpr int kDigits = 6;
     series->setBarWidth(kBarShare);
