@@ -2,13 +2,14 @@
 
 #include "data/convert.h"
 #include "jet/error.h"
+#include "papers/forms/printpreview.h"
 
 #include <QChart>
 #include <QGraphicsScene>
 #include <QImage>
+#include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPalette>
-#include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QSaveFile>
 #include <QSvgGenerator>
@@ -47,20 +48,24 @@ void paint(QPainter& painter, const QRectF& target, const RankingChart& chart)
 }
 
 // The heading stands above each chart.
-void paintPages(QPrinter& printer, const std::vector<RankingChart>& charts, const QString& heading)
+bool paintPages(QPagedPaintDevice& device, const std::vector<RankingChart>& charts,
+                const QString& heading)
 {
-    QPainter painter(&printer);
-    const QSizeF page = printer.pageLayout().paintRectPixels(printer.resolution()).size();
+    QPainter painter;
+    if (!painter.begin(&device))
+        return false;
+    const QSizeF page = device.pageLayout().paintRectPixels(device.logicalDpiX()).size();
     const double top = 2 * painter.fontMetrics().height();
     bool isFirst = true;
     for (const RankingChart& chart : charts) {
-        if (!isFirst)
-            printer.newPage();
+        if (!isFirst && !device.newPage())
+            return false;
         isFirst = false;
         painter.setPen(Qt::black);
         painter.drawText(QRectF(0, 0, page.width(), top), Qt::AlignHCenter, heading);
         paint(painter, QRectF(0, top, page.width(), page.height() - top), chart);
     }
+    return painter.end();
 }
 
 void writeSvg(QIODevice& file, const RankingChart& chart)
@@ -95,14 +100,10 @@ void printCharts(const std::vector<RankingChart>& charts, const QString& title,
     printer.setDocName(title);
     printer.setPageLayout({QPageSize(QPageSize::A4), QPageLayout::Landscape,
                            QMarginsF(15, 10, 10, 10), QPageLayout::Millimeter});
-    QPrintPreviewDialog preview(&printer, parent, Qt::Window | Qt::WindowMaximizeButtonHint);
-    preview.setWindowTitle(u"Печать: "_s + title);
-    QObject::connect(
-        &preview, &QPrintPreviewDialog::paintRequested, &preview,
-        [&](QPrinter* device) { paintPages(*device, charts, title + u", "_s + period); });
-    constexpr QSize kRoomy(1000, 800);
-    preview.resize(kRoomy);
-    preview.exec();
+    const QString heading = title + u", "_s + period;
+    papers::showPreview(
+        printer, [&](QPagedPaintDevice& device) { return paintPages(device, charts, heading); },
+        parent);
 }
 
 void writePicture(const RankingChart& chart, const QString& path)
