@@ -1,6 +1,5 @@
 #include "reports/forms/documentprogress.h"
-
-#include "reports/forms/waitcursor.h"
+#include "shell/forms/waitcursor.h"
 
 #include <QProgressDialog>
 
@@ -11,7 +10,7 @@ std::optional<papers::Document> makeWithProgress(const StatementSource& source,
                                                  const ReportRequest& request, QWidget* parent)
 {
     constexpr int kShownAfterMilliseconds = 500;
-    const WaitCursor cursor;
+    const shell::WaitCursor cursor;
     QProgressDialog box(u"Документ составляется..."_s, u"Отмена"_s, 0, 100, parent);
     box.setObjectName(u"documentProgress"_s);
     box.setWindowTitle(reportTitle(request.kind));

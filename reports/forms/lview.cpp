@@ -4,7 +4,6 @@
 #include "journals/forms/journaldelegate.h"
 #include "journals/studyperiod.h"
 #include "reports/forms/chartfiles.h"
-#include "reports/forms/waitcursor.h"
 #include "reports/rankingmodel.h"
 #include "reports/rankingpaper.h"
 #include "reports/rankingtexts.h"
@@ -12,6 +11,7 @@
 #include "sheets/writetable.h"
 #include "shell/forms/filechooser.h"
 #include "shell/forms/runcommand.h"
+#include "shell/forms/waitcursor.h"
 #include "shell/prompt.h"
 #include "shell/session.h"
 #include "shell/settings.h"
@@ -191,7 +191,7 @@ void LView::compute()
     rememberChoice();
     const auto kept = m_speciality;
     shell::runCommand(m_parts.prompt, u"Анализ не выполнен."_s, [&] {
-        const WaitCursor cursor;
+        const shell::WaitCursor cursor;
         auto ranking = std::make_unique<const Ranking>(m_parts.session.database(), wanted);
         auto rows = ranking->specialities();
         m_ranking = std::move(ranking);
