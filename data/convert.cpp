@@ -1,5 +1,7 @@
 #include "data/convert.h"
 
+#include "jet/sqltext.h"
+
 #include <QByteArray>
 
 #include <cmath>
@@ -21,6 +23,11 @@ jet::DateTime toJet(QDate date)
     if (!date.isValid())
         return {};
     return jet::DateTime::of(date.year(), date.month(), date.day());
+}
+
+std::string toSql(QDate date)
+{
+    return jet::sql::date(toJet(date));
 }
 
 QDate toDate(jet::DateTime date)

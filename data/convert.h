@@ -18,6 +18,8 @@ QString fromUtf8(std::string_view text);
 
 // An invalid date becomes day 0 (30 Dec 1899), Jet's empty date.
 jet::DateTime toJet(QDate date);
+// The date as a literal of Jet SQL: "#11/30/2024#".
+std::string toSql(QDate date);
 // The day of a Jet date; day 0 gives an invalid QDate.
 QDate toDate(jet::DateTime date);
 // NULL gives an invalid QDate.

@@ -3,7 +3,6 @@
 #include "data/convert.h"
 #include "jet/database.h"
 #include "jet/error.h"
-#include "jet/sqltext.h"
 
 #include <filesystem>
 #include <system_error>
@@ -58,9 +57,8 @@ Timetable::~Timetable() = default;
 
 SourceTable Timetable::lessons(const Period& period) const
 {
-    const std::string inPeriod = "((UROKI.DAT)>=" + jet::sql::date(data::toJet(period.from))
-                                 + ") and ((UROKI.DAT)<=" + jet::sql::date(data::toJet(period.to))
-                                 + ")";
+    const std::string inPeriod = "((UROKI.DAT)>=" + data::toSql(period.from)
+                                 + ") and ((UROKI.DAT)<=" + data::toSql(period.to) + ")";
     const std::string condition =
         hasField(*m_database, kLessons.table, "IDR")
             ? " WHERE  (" + inPeriod

@@ -31,8 +31,8 @@ struct RecordedRow
 
 std::string dayCondition(StudentId student, QDate date)
 {
-    return "(((POS.ID)=" + sql::number(keyNumber(student))
-           + ") AND ((POS.DAT)=" + sql::date(data::toJet(date)) + "))";
+    return "(((POS.ID)=" + sql::number(keyNumber(student)) + ") AND ((POS.DAT)=" + data::toSql(date)
+           + "))";
 }
 
 std::vector<RecordedRow> readRows(jet::Database& database, StudentId student, QDate date,

@@ -18,7 +18,7 @@ namespace {
 std::string placeCondition(const AbsencePlace& place)
 {
     std::string condition = "(((POS.IDD)=" + sql::number(keyNumber(place.discipline))
-                            + ") AND ((dat)=" + sql::date(data::toJet(place.date))
+                            + ") AND ((dat)=" + data::toSql(place.date)
                             + ") AND ((ID)=" + sql::number(keyNumber(place.student)) + ")";
     if (place.lesson)
         condition += " AND ((UR)=" + sql::number(*place.lesson) + ")";
@@ -45,9 +45,9 @@ std::vector<RecordedAbsence> recorded(jet::Database& database, const AbsencePlac
 void insertAbsence(jet::Database& database, const AbsencePlace& place, const Absence& hours)
 {
     database.execute("INSERT INTO POS (ID, DAT, UR, IDD, nuv, uv) VALUES ("
-                     + sql::number(keyNumber(place.student)) + ", "
-                     + sql::date(data::toJet(place.date)) + ", " + sql::number(place.lesson.value())
-                     + ", " + sql::number(keyNumber(place.discipline)) + ", "
+                     + sql::number(keyNumber(place.student)) + ", " + data::toSql(place.date) + ", "
+                     + sql::number(place.lesson.value()) + ", "
+                     + sql::number(keyNumber(place.discipline)) + ", "
                      + sql::number(hours.unexcused) + ", " + sql::number(hours.excused) + ");");
 }
 
@@ -130,7 +130,7 @@ int lessonToMark(jet::Database& database, const AbsencePlace& place, GroupId gro
                                      WHERE UROKI.IDG = )"
                                   + sql::number(keyNumber(group))
                                   + " AND UROKI.IDD = " + sql::number(keyNumber(place.discipline))
-                                  + " AND UROKI.DAT = " + sql::date(data::toJet(place.date))
+                                  + " AND UROKI.DAT = " + data::toSql(place.date)
                                   + " AND (val(0 & UROKI.IDGG) = 0 OR val(0 & UROKI.IDGG) = " + own
                                   + " OR " + own + " = 0) ORDER BY UROKI.UR;");
     constexpr int kFirstLesson = 1;

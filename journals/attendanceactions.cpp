@@ -3,6 +3,7 @@
 
 #include "journals/absences.h"
 #include "journals/history.h"
+#include "journals/openday.h"
 #include "journals/studenthead.h"
 #include "journals/worded.h"
 #include "shell/prompt.h"
@@ -156,7 +157,7 @@ bool Attendance::offers(AbsenceAction action, const AttendanceSheet& sheet, Grid
 bool Attendance::checkCell(const AttendanceSheet& sheet, GridCell cell)
 {
     if (!changeable(sheet, cell)) {
-        const QString text = u"Данные в этой ячейке невозможно изменить."_s;
+        const QString text = closedCellText();
         say(text);
         m_prompt.exclamation(text);
         return false;

@@ -17,11 +17,6 @@ namespace sql = jet::sql;
 namespace journals {
 namespace {
 
-std::string dateText(QDate date)
-{
-    return sql::date(data::toJet(date));
-}
-
 std::string groupText(const AttendanceSelection& selection)
 {
     return sql::number(keyNumber(selection.group.value()));
@@ -43,10 +38,10 @@ std::vector<AbsenceRow> readSums(jet::Database& database, const AttendanceSelect
     auto rows = database.query(
         "SELECT POS.ID, Sum(POS.uv) AS [Suv], Sum(POS.nuv) AS [Snuv]" + discipline
         + " FROM POS INNER JOIN SPSTUD ON POS.ID = SPSTUD.ID Where ("
-        + disciplineCondition(selection, "((POS.IDD)=", ") AND ") + "((POS.dat) < " + dateText(end)
-        + ") And ((POS.dat) >= " + dateText(from) + ") And ((SPSTUD.IDG) = " + groupText(selection)
-        + ")) and " + enrolledCondition(selection.studentSubgroup()) + " GROUP BY POS.ID"
-        + discipline + ";");
+        + disciplineCondition(selection, "((POS.IDD)=", ") AND ") + "((POS.dat) < "
+        + data::toSql(end) + ") And ((POS.dat) >= " + data::toSql(from)
+        + ") And ((SPSTUD.IDG) = " + groupText(selection) + ")) and "
+        + enrolledCondition(selection.studentSubgroup()) + " GROUP BY POS.ID" + discipline + ";");
     std::vector<AbsenceRow> sums;
     while (rows.next()) {
         AbsenceRow row;
@@ -162,8 +157,8 @@ std::vector<AbsenceRow> readMonthAbsences(jet::Database& database,
         + disciplineCondition(selection, "((POS.IDD)=", ") AND ")
         + " ((SPSTUD.IDG) = " + groupText(selection) + ")) and "
         + enrolledCondition(selection.studentSubgroup()) + " GROUP BY POS.ID, POS.dat" + lesson
-        + " HAVING (((POS.dat)>=" + dateText(selection.month.first())
-        + " And (POS.dat)<=" + dateText(selection.month.last()) + "));");
+        + " HAVING (((POS.dat)>=" + data::toSql(selection.month.first())
+        + " And (POS.dat)<=" + data::toSql(selection.month.last()) + "));");
     const int hours = lesson.empty() ? 2 : 3;
     std::vector<AbsenceRow> absences;
     while (rows.next())

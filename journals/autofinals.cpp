@@ -76,8 +76,8 @@ std::map<StudentId, StudentGrades> readGrades(jet::Database& database, const Fin
                                   WHERE USP.IDD=)"
                                + sql::number(keyNumber(request.discipline.value()))
                                + " AND SPSTUD.IDG=" + sql::number(keyNumber(request.group.value()))
-                               + " AND USP.DAT between " + sql::date(data::toJet(days.from))
-                               + " and " + sql::date(data::toJet(days.to)) + " ORDER BY USP.DAT;");
+                               + " AND USP.DAT between " + data::toSql(days.from) + " and "
+                               + data::toSql(days.to) + " ORDER BY USP.DAT;");
     std::map<StudentId, StudentGrades> grades;
     while (rows.next()) {
         const GradeMark row{data::toDate(rows.date(2)), static_cast<int>(rows.integer(1))};
@@ -123,8 +123,8 @@ void store(jet::Database& database, const PlannedGrade& row, const FinalsRequest
     for (const PlannedGrade::Stored& stored : row.now)
         database.execute("delete * from usp where " + studentAndDiscipline(row, request)
                          + " and usp.it=" + (isFinal(request) ? "-1" : "0")
-                         + " and usp.tek=0 and usp.dat>=" + sql::date(data::toJet(stored.date))
-                         + " and usp.dat<" + sql::date(data::toJet(stored.date.addDays(1))) + ";");
+                         + " and usp.tek=0 and usp.dat>=" + data::toSql(stored.date)
+                         + " and usp.dat<" + data::toSql(stored.date.addDays(1)) + ";");
     if (!row.becomes)
         return;
     const std::vector<std::pair<std::string, jet::Value>> values = {

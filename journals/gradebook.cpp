@@ -4,6 +4,7 @@
 #include "jet/database.h"
 #include "journals/counted.h"
 #include "journals/gradesheetreader.h"
+#include "journals/openday.h"
 #include "journals/students.h"
 #include "journals/worded.h"
 #include "shell/names.h"
@@ -124,7 +125,7 @@ bool GradeBook::checkPlaces(std::span<const GradePlace> places, std::size_t open
         return false;
     }
     if (open == 0 && !places.empty()) {
-        const QString text = u"Данные в этой ячейке невозможно изменить."_s;
+        const QString text = closedCellText();
         say(text);
         m_prompt.exclamation(text);
     }

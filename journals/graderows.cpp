@@ -13,26 +13,21 @@ namespace sql = jet::sql;
 namespace journals {
 namespace {
 
-std::string dateText(QDate date)
-{
-    return sql::date(data::toJet(date));
-}
-
 // What finds the row; the two flags tell the kinds apart.
 std::string rowCondition(const GradeRow& row)
 {
     std::string condition = "id=" + sql::number(keyNumber(row.student));
     switch (row.kind) {
     case GradeKind::Current:
-        condition += " AND dat=" + dateText(row.span.from);
+        condition += " AND dat=" + data::toSql(row.span.from);
         break;
     case GradeKind::Monthly:
         condition += " AND year(dat)=" + sql::number(row.span.from.year());
         condition += " AND month(dat)=" + sql::number(row.span.from.month());
         break;
     case GradeKind::Final:
-        condition += " AND dat between " + dateText(row.span.from);
-        condition += " and " + dateText(row.span.to);
+        condition += " AND dat between " + data::toSql(row.span.from);
+        condition += " and " + data::toSql(row.span.to);
         break;
     }
     condition += " and IDD=" + sql::number(keyNumber(row.discipline));
@@ -53,7 +48,7 @@ void insertGrade(jet::Database& database, const GradeRow& row, int grade)
         "INSERT INTO USP (ID, IDD, OC, it, TEK, DAT) VALUES (" + sql::number(keyNumber(row.student))
         + ", " + sql::number(keyNumber(row.discipline)) + ", " + sql::number(grade) + ", "
         + (row.kind == GradeKind::Final ? "-1" : "0") + ", "
-        + (row.kind == GradeKind::Current ? "-1" : "0") + ", " + dateText(row.date) + ");");
+        + (row.kind == GradeKind::Current ? "-1" : "0") + ", " + data::toSql(row.date) + ");");
 }
 
 std::string fromEnrolled(const GradeSelection& selection)
@@ -77,8 +72,8 @@ std::string kindCondition(const GradeSelection& selection)
     if (selection.mode == GradeMode::Current)
         return " and (year(usp.dat)=" + sql::number(span.from.year()) + ") and (month(usp.dat)="
                + sql::number(span.from.month()) + ") and USP.TEK=-1 and USP.it=0";
-    std::string condition = " and usp.dat between " + dateText(span.from);
-    condition += " and " + dateText(span.to) + " and USP.TEK=0";
+    std::string condition = " and usp.dat between " + data::toSql(span.from);
+    condition += " and " + data::toSql(span.to) + " and USP.TEK=0";
     if (selection.allDisciplines || !selection.monthly())
         condition += selection.monthly() ? " and USP.it=0" : " and USP.it=-1";
     return condition;

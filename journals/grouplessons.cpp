@@ -16,9 +16,8 @@ std::vector<GroupLesson> readGroupLessons(jet::Database& database, GroupId group
     auto rows = database.query(R"(SELECT UROKI.DAT, UROKI.UR, UROKI.IDD, UROKI.IDGG, SPPRED.Naim
                                   FROM UROKI LEFT JOIN SPPRED ON UROKI.IDD = SPPRED.IDD
                                   WHERE (((UROKI.IDG)=)"
-                               + sql::number(keyNumber(group))
-                               + ") AND UROKI.DAT >= " + sql::date(data::toJet(from))
-                               + " AND UROKI.DAT <= " + sql::date(data::toJet(to))
+                               + sql::number(keyNumber(group)) + ") AND UROKI.DAT >= "
+                               + data::toSql(from) + " AND UROKI.DAT <= " + data::toSql(to)
                                + ") ORDER BY UROKI.DAT, UROKI.UR, UROKI.IDGG, UROKI.ID;");
     std::vector<GroupLesson> lessons;
     while (rows.next()) {

@@ -19,15 +19,10 @@ std::string tableName(JournalTable table)
     return table == JournalTable::Absences ? "POS" : "USP";
 }
 
-std::string dateText(QDate date)
-{
-    return sql::date(data::toJet(date));
-}
-
 std::string scopeCondition(const RowScope& scope)
 {
     std::string condition = "ID=" + sql::number(keyNumber(scope.student));
-    condition += " AND dat between " + dateText(scope.from) + " and " + dateText(scope.to);
+    condition += " AND dat between " + data::toSql(scope.from) + " and " + data::toSql(scope.to);
     if (scope.discipline)
         condition += " AND IDD=" + sql::number(keyNumber(*scope.discipline));
     return condition;

@@ -25,9 +25,8 @@ std::string disciplinesOfLessons(GroupId group, std::optional<int> subgroup, con
     return R"(SELECT distinct uroki.IDG, SPPRED.Naim, SPPRED.IDD
               FROM uroki INNER JOIN SPPRED ON uroki.IDD = SPPRED.IDD
               where uroki.IDG = )"
-           + sql::number(keyNumber(group)) + " And ((uroki.DAT between "
-           + sql::date(data::toJet(period.from)) + " and " + sql::date(data::toJet(period.to))
-           + "))" + subgroupCondition(subgroup)
+           + sql::number(keyNumber(group)) + " And ((uroki.DAT between " + data::toSql(period.from)
+           + " and " + data::toSql(period.to) + "))" + subgroupCondition(subgroup)
            + R"( GROUP BY uroki.IDG, SPPRED.Naim, SPPRED.IDD, uroki.DAt
                  ORDER BY SPPRED.Naim;)";
 }
@@ -35,8 +34,8 @@ std::string disciplinesOfLessons(GroupId group, std::optional<int> subgroup, con
 // Workload counts when its period overlaps the period in any way.
 std::string disciplinesOfWorkload(GroupId group, std::optional<int> subgroup, const Period& period)
 {
-    const std::string first = sql::date(data::toJet(period.from));
-    const std::string last = sql::date(data::toJet(period.to));
+    const std::string first = data::toSql(period.from);
+    const std::string last = data::toSql(period.to);
     return R"(SELECT SPNAGR.IDG, SPPRED.Naim, SPPRED.IDD
               FROM SPNAGR INNER JOIN SPPRED ON SPNAGR.IDD = SPPRED.IDD
               where SPNAGR.IDG = )"

@@ -7,6 +7,7 @@
 
 #include <string>
 
+using namespace Qt::StringLiterals;
 namespace sql = jet::sql;
 
 namespace journals {
@@ -20,6 +21,11 @@ std::string disciplineCondition(std::optional<DisciplineId> discipline)
 
 } // namespace
 
+QString closedCellText()
+{
+    return u"Данные в этой ячейке невозможно изменить."_s;
+}
+
 std::set<QDate> daysWithLessons(jet::Database& database, GroupId group,
                                 std::optional<DisciplineId> discipline, const Period& period)
 {
@@ -27,8 +33,8 @@ std::set<QDate> daysWithLessons(jet::Database& database, GroupId group,
                                   from uroki
                                   where IDG = )"
                                + sql::number(keyNumber(group)) + disciplineCondition(discipline)
-                               + " and dat between " + sql::date(data::toJet(period.from)) + " and "
-                               + sql::date(data::toJet(period.to)) + ";");
+                               + " and dat between " + data::toSql(period.from) + " and "
+                               + data::toSql(period.to) + ";");
     std::set<QDate> days;
     while (rows.next()) {
         const QDate day = data::toDate(rows.date(0));

@@ -5,6 +5,7 @@
 #include "journals/studyperiod.h"
 
 #include <QDate>
+#include <QString>
 
 #include <optional>
 #include <set>
@@ -17,6 +18,9 @@ class Database;
 
 // On which days something can be entered, and which are free. Each function throws jet::Error.
 namespace journals {
+
+// What is said of a cell in which nothing can be entered.
+QString closedCellText();
 
 // The days of the period on which the group has a lesson (of the discipline, if one is given):
 // a row counts only when its date carries no time of day.

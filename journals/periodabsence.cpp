@@ -26,8 +26,8 @@ using LessonTime = std::pair<qint64, int>; // day, number
 
 std::string studentDays(StudentId student, QDate from, QDate to)
 {
-    return "ID=" + sql::number(keyNumber(student)) + " AND DAT >= " + sql::date(data::toJet(from))
-           + " AND DAT <= " + sql::date(data::toJet(to));
+    return "ID=" + sql::number(keyNumber(student)) + " AND DAT >= " + data::toSql(from)
+           + " AND DAT <= " + data::toSql(to);
 }
 
 std::set<LessonTime> recordedTimes(jet::Database& database, StudentId student, QDate from, QDate to)
@@ -234,7 +234,7 @@ void PeriodAbsence::writePlan(const Plan& plan, PeriodOutcome& outcome) const
         if (!recorded.contains({lesson.date.toJulianDay(), lesson.number}))
             continue;
         m_database.execute("DELETE * From POS WHERE ID=" + sql::number(keyNumber(student))
-                           + " AND DAT=" + sql::date(data::toJet(lesson.date))
+                           + " AND DAT=" + data::toSql(lesson.date)
                            + " AND UR=" + sql::number(lesson.number) + ";");
         ++outcome.replaced;
     }

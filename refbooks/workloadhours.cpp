@@ -2,14 +2,11 @@
 
 #include "data/convert.h"
 #include "jet/database.h"
-#include "jet/sqltext.h"
 
 #include <algorithm>
 #include <string>
 #include <unordered_map>
 #include <utility>
-
-namespace sql = jet::sql;
 
 namespace refbooks {
 namespace {
@@ -52,7 +49,7 @@ void readTimes(jet::Database& database, QDate through, TimesByKey& byRow, TimesB
 {
     std::string condition = " WHERE (((UROKI.ZP)=False)";
     if (through.isValid())
-        condition += " AND (UROKI.DAT < " + sql::date(data::toJet(through.addDays(1))) + ")";
+        condition += " AND (UROKI.DAT < " + data::toSql(through.addDays(1)) + ")";
     auto lessons = database.query("SELECT UROKI.IDN, UROKI.IDNN, UROKI.DAT, UROKI.UR FROM UROKI"
                                   + condition + ");");
     while (lessons.next()) {

@@ -4,7 +4,6 @@
 #include "data/settingsrow.h"
 #include "jet/database.h"
 #include "jet/error.h"
-#include "jet/sqltext.h"
 #include "reports/statements/grouprows.h"
 
 #include <algorithm>
@@ -14,7 +13,6 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
-namespace sql = jet::sql;
 
 namespace reports {
 namespace {
@@ -46,16 +44,11 @@ struct AllFigures
     int hoursPerLesson = 1;
 };
 
-std::string dateText(QDate date)
-{
-    return sql::date(data::toJet(date));
-}
-
 // The end day counts for final grades only.
 std::string period(const RankingRequest& request, bool withEnd = false)
 {
-    return "dat >= " + dateText(request.begin) + " and dat " + (withEnd ? "<= " : "< ")
-           + dateText(request.end);
+    return "dat >= " + data::toSql(request.begin) + " and dat " + (withEnd ? "<= " : "< ")
+           + data::toSql(request.end);
 }
 
 void readGroups(jet::Database& database, AllFigures& figures)

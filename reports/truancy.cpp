@@ -2,7 +2,6 @@
 
 #include "data/convert.h"
 #include "jet/database.h"
-#include "jet/sqltext.h"
 
 #include <algorithm>
 #include <map>
@@ -14,7 +13,6 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
-namespace sql = jet::sql;
 
 namespace reports {
 namespace {
@@ -24,8 +22,7 @@ using journals::Period;
 
 std::string within(const std::string& field, const Period& period)
 {
-    return field + " between " + sql::date(data::toJet(period.from)) + " and "
-           + sql::date(data::toJet(period.to));
+    return field + " between " + data::toSql(period.from) + " and " + data::toSql(period.to);
 }
 
 // An absence of an enrolled student, with the student's own group and subgroup.

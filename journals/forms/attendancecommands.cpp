@@ -6,6 +6,7 @@
 #include "journals/forms/frmhposstudper.h"
 #include "journals/forms/gridcells.h"
 #include "journals/history.h"
+#include "journals/openday.h"
 #include "journals/worded.h"
 #include "shell/forms/runcommand.h"
 #include "shell/prompt.h"
@@ -28,7 +29,6 @@ namespace journals {
 namespace {
 
 const QString kNotWritten = u"Пропуски не записаны."_s;
-const QString kUnchangeable = u"Данные в этой ячейке невозможно изменить."_s;
 
 } // namespace
 
@@ -123,8 +123,8 @@ void AttendanceCommands::enterHours()
     if (!isCell(at)
         || m_model.sheet()->state(static_cast<std::size_t>(at.row()), day)
                == AbsenceState::NotInForce) {
-        m_parts.status.show(kUnchangeable);
-        m_parts.prompt.exclamation(kUnchangeable);
+        m_parts.status.show(closedCellText());
+        m_parts.prompt.exclamation(closedCellText());
         return;
     }
     shell::runCommand(m_parts.prompt, kNotWritten, [&] {
@@ -178,7 +178,7 @@ void AttendanceCommands::markColumn(int column)
 {
     if (!m_model.sheet() || column < m_model.firstCellColumn()
         || column >= m_model.endCellColumn()) {
-        m_parts.status.show(kUnchangeable);
+        m_parts.status.show(closedCellText());
         return;
     }
     const AttendanceSheet& sheet = *m_model.sheet();
@@ -226,7 +226,7 @@ void AttendanceCommands::markDays()
                 entries.emplace_back(m_parts.session.database(), std::move(*student), day.second);
             }
         if (entries.empty()) {
-            m_parts.status.show(kUnchangeable);
+            m_parts.status.show(closedCellText());
             return;
         }
         int marked = 0;

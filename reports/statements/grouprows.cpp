@@ -12,14 +12,7 @@ using namespace Qt::StringLiterals;
 namespace sql = jet::sql;
 
 namespace reports {
-namespace {
-
-std::string dateText(QDate date)
-{
-    return sql::date(data::toJet(date));
-}
-
-} // namespace
+namespace {} // namespace
 
 GroupRow readGroup(jet::Database& database, journals::GroupId group)
 {
@@ -42,13 +35,12 @@ GroupRow readGroup(jet::Database& database, journals::GroupId group)
 std::map<journals::DisciplineId, QString>
 readTeachers(jet::Database& database, journals::GroupId group, const journals::Period& period)
 {
-    auto rows =
-        database.query("SELECT DISTINCT SPNAGR.IDD, SPPREP.FAMIO"
-                       " FROM SPNAGR INNER JOIN SPPREP ON SPNAGR.IDP = SPPREP.IDP WHERE SPNAGR.IDG="
-                       + sql::number(keyNumber(group))
-                       + " and (SPNAGR.DATNN is null or SPNAGR.DATNN <= " + dateText(period.to)
-                       + ") and (SPNAGR.DATKK is null or SPNAGR.DATKK >= " + dateText(period.from)
-                       + ") ORDER BY SPPREP.FAMIO;");
+    auto rows = database.query(
+        "SELECT DISTINCT SPNAGR.IDD, SPPREP.FAMIO"
+        " FROM SPNAGR INNER JOIN SPPREP ON SPNAGR.IDP = SPPREP.IDP WHERE SPNAGR.IDG="
+        + sql::number(keyNumber(group)) + " and (SPNAGR.DATNN is null or SPNAGR.DATNN <= "
+        + data::toSql(period.to) + ") and (SPNAGR.DATKK is null or SPNAGR.DATKK >= "
+        + data::toSql(period.from) + ") ORDER BY SPPREP.FAMIO;");
     std::map<journals::DisciplineId, QString> teachers;
     while (rows.next()) {
         const QString name = journals::withInitials(data::fromUtf8(rows.text(1)));
@@ -80,8 +72,8 @@ int taughtHours(jet::Database& database, journals::GroupId group, const journals
                 std::optional<journals::DisciplineId> discipline)
 {
     std::string condition = "UROKI.IDG=" + sql::number(keyNumber(group))
-                            + " and dat >= " + dateText(period.from) + " and dat < "
-                            + dateText(period.to.addDays(1));
+                            + " and dat >= " + data::toSql(period.from) + " and dat < "
+                            + data::toSql(period.to.addDays(1));
     if (discipline)
         condition += " and UROKI.IDD=" + sql::number(keyNumber(*discipline));
     const auto lessons = countLessons(database, condition);
