@@ -3,12 +3,16 @@
 #include "cli/journalfile.h"
 #include "papers/workbook.h"
 #include "reports/worded.h"
+#include "sheets/writetable.h"
 #include "shell/settings.h"
 
 #include "data/convert.h"
 #include "data/settingsrow.h"
 
+#include <QDir>
+
 #include <map>
+#include <optional>
 #include <ostream>
 
 using namespace Qt::StringLiterals;
@@ -32,9 +36,11 @@ struct Options
     std::int32_t student = 0;
     int month = 0;
     int year = 0;
+    std::optional<int> months;
     std::string from;
     std::string to;
-    SubjectView view = SubjectView::Current;
+    std::optional<SubjectView> view;
+    bool each = false;
 };
 
 const std::map<std::string, ReportKind>& kinds()
@@ -57,8 +63,9 @@ ReportRequest request(jet::Database& database, const Options& options)
 {
     ReportRequest wanted;
     wanted.kind = options.kind;
-    wanted.view = options.view;
+    wanted.view = options.view.value_or(SubjectView::Current);
     wanted.month = {options.year, options.month};
+    wanted.months = options.months.value_or(1);
     if (!options.group.empty())
         wanted.group =
             journals::GroupId(static_cast<std::int32_t>(findGroup(database, options.group)));
@@ -76,25 +83,46 @@ ReportRequest request(jet::Database& database, const Options& options)
     return wanted;
 }
 
-// What the document needs is known only when its kind is.
-void requireInputs(const Options& options)
+// What the document needs, and what says nothing to it, is known only when its kind is.
+void checkInputs(const Options& options)
 {
     ReportRequest wanted;
     wanted.kind = options.kind;
-    wanted.view = options.view;
-    if (takes(wanted, Input::Month) && options.month == 0)
-        throw CLI::RequiredError("--month");
-    if (takes(wanted, Input::Month) && options.year == 0)
-        throw CLI::RequiredError("--year");
-    if (takes(wanted, Input::Period) && options.from.empty())
-        throw CLI::RequiredError("--from");
-    if (takes(wanted, Input::Period) && options.to.empty())
-        throw CLI::RequiredError("--to");
+    wanted.view = options.view.value_or(SubjectView::Current);
+    const auto check = [&](const char* name, Input input, bool isGiven, bool isRequired = false) {
+        if (isRequired && takes(wanted, input) && !isGiven)
+            throw CLI::RequiredError(name);
+        if (isGiven && !takes(wanted, input))
+            throw CLI::ValidationError(name, std::string(name) + " этому документу не указывают");
+    };
+    check("--month", Input::Month, options.month != 0, true);
+    check("--year", Input::Month, options.year != 0, true);
+    check("--months", Input::Months, options.months.has_value());
+    check("--from", Input::Period, !options.from.empty(), true);
+    check("--to", Input::Period, !options.to.empty(), true);
+    check("--group", Input::Group, !options.group.empty());
+    check("--discipline", Input::Discipline, !options.discipline.empty());
+    check("--student", Input::Student, options.student != 0);
+    check("--each", Input::Student, options.each);
+    check("--view", Input::View, options.view.has_value());
+}
+
+void write(const papers::Document& document, const Options& options)
+{
+    const QString output = data::fromUtf8(options.output);
+    if (!options.each) {
+        papers::writeWorkbook(document, output);
+        return;
+    }
+    if (!QDir().mkpath(output))
+        throw Failure("папку нельзя создать: " + options.output);
+    for (const papers::Document& part : reports::onePerPerson(document))
+        papers::writeWorkbook(part, QDir(output).filePath(sheets::fileName(part.name)));
 }
 
 void run(const Options& options, Streams streams)
 {
-    requireInputs(options);
+    checkInputs(options);
     TerminalPrompt prompt(streams.err);
     const auto journal = openJournal(options.file, prompt);
     jet::Database& database = journal->database();
@@ -109,7 +137,7 @@ void run(const Options& options, Streams streams)
                                       u"Документ пуст: нет ни одной группы или ни одного "
                                       "студента."_s)
                           .toStdString());
-    papers::writeWorkbook(*document, data::fromUtf8(options.output));
+    write(*document, options);
 }
 
 } // namespace
@@ -132,6 +160,8 @@ void addReport(CLI::App& program, Streams streams)
         ->check(CLI::PositiveNumber);
     command.app.add_option("--month", options.month, "Месяц, 1-12")->check(CLI::Range(1, 12));
     command.app.add_option("--year", options.year, "Год");
+    command.app.add_option("--months", options.months, "Для summary: сколько месяцев подряд, 1-12")
+        ->check(CLI::Range(1, reports::kMostMonths));
     command.app.add_option("--from", options.from, "Начало периода, ГГГГ-ММ-ДД");
     command.app.add_option("--to", options.to, "Конец периода, ГГГГ-ММ-ДД");
     const std::map<std::string, SubjectView> views = {{"current", SubjectView::Current},
@@ -142,6 +172,8 @@ void addReport(CLI::App& program, Streams streams)
                     "Для grades-subject. current: дни месяца, periodic: месяцы учебного года, "
                     "combined: все дисциплины группы")
         ->transform(CLI::CheckedTransformer(views));
+    command.app.add_flag("--each", options.each,
+                         "Для card: отдельный файл на каждого студента, --output - папка");
     command.calls([streams](const Options& values) { run(values, streams); });
 }
 

@@ -41,6 +41,12 @@ QString shownText(const Cell& cell)
     return {};
 }
 
+QString signatureText(const Signature& signature)
+{
+    const QString name = signature.name.isEmpty() ? u"__________________"_s : signature.name;
+    return u"%1 ______________ /%2/"_s.arg(signature.post, name);
+}
+
 QString columnLetters(int column)
 {
     constexpr int kLetters = 26;

@@ -36,17 +36,19 @@ struct Cell
 
 using Row = std::vector<Cell>; // from the left, without cells that are covered from above
 
-// A place for a signature: "Куратор ______________ /Иванова А. П./".
 struct Signature
 {
     QString post;
     QString name;
 };
+// Its place on the paper: "Куратор ______________ /Иванова А. П./".
+QString signatureText(const Signature& signature);
 
 // A4, one table. In a workbook the body begins in row 8 whatever the paper is.
 struct Paper
 {
     QString name;            // of the sheet
+    QString person;          // whom it is about, when it is about one
     bool landscape = true;   // all papers of a document alike
     bool half = false;       // two of them stand on a page
     QStringList institution; // top left

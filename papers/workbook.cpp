@@ -151,34 +151,34 @@ private:
     int writeNotes(int line)
     {
         for (const QString& note : m_paper.notes)
-            writeNote(line++, note);
+            writeWrapped(line++, 0, lastColumn(), note, kTablePoints);
         ++line;
         const int middle = std::max(1, columnAt(0.49));
-        for (std::size_t i = 0; i < m_paper.signatures.size(); ++i) {
-            const Signature& signature = m_paper.signatures[i];
-            const QString name =
-                signature.name.isEmpty() ? u"__________________"_s : signature.name;
-            const bool isLeft = i % 2 == 0;
-            merge(line, isLeft ? 0 : middle, isLeft ? middle - 1 : lastColumn(),
-                  u"%1 ______________ /%2/"_s.arg(signature.post, name),
-                  m_formats.line(kTextPoints, false, LXW_ALIGN_LEFT));
+        const auto& signatures = m_paper.signatures;
+        for (std::size_t i = 0; i < signatures.size(); ++i) {
+            const bool isLeft = i % 2 == 0, isAlone = isLeft && i + 1 == signatures.size();
+            writeWrapped(line, isLeft ? 0 : middle, isLeft && !isAlone ? middle - 1 : lastColumn(),
+                         signatureText(signatures[i]), kTextPoints, isLeft ? 0 : m_lineHeight);
             if (!isLeft)
                 line += 2;
         }
-        return line + static_cast<int>(m_paper.signatures.size() % 2);
+        return line + static_cast<int>(signatures.size() % 2);
     }
 
-    // A merged cell does not grow with its text.
-    void writeNote(int line, const QString& note)
+    // A merged cell does not grow with its text. The line gets at least that height.
+    void writeWrapped(int line, int from, int to, const QString& text, double points,
+                      double least = 0)
     {
-        merge(line, 0, lastColumn(), note, m_formats.wrappedLine());
-        setHeight(line, textHeight(note, widthOf(m_paper, 0, lastColumn() + 1), kTablePoints));
+        merge(line, from, to, text, m_formats.wrappedLine(points));
+        m_lineHeight = std::max(least, textHeight(text, widthOf(m_paper, from, to + 1), points));
+        setHeight(line, m_lineHeight);
     }
 
     lxw_worksheet& m_sheet;
     WorkbookFormats& m_formats;
     const Paper& m_paper;
     int m_top;
+    double m_lineHeight = 0; // of the line wrapped last
 };
 
 bool isALittleTooLong(const Paper& paper)

@@ -48,14 +48,15 @@ lxw_format* WorkbookFormats::cutLine()
     return m_cut;
 }
 
-lxw_format* WorkbookFormats::wrappedLine()
+lxw_format* WorkbookFormats::wrappedLine(double points)
 {
-    if (!m_wrapped) {
-        m_wrapped = plain(kTablePoints);
-        format_set_text_wrap(m_wrapped);
-        format_set_align(m_wrapped, LXW_ALIGN_VERTICAL_TOP);
+    lxw_format*& format = m_wrapped[points];
+    if (!format) {
+        format = plain(points);
+        format_set_text_wrap(format);
+        format_set_align(format, LXW_ALIGN_VERTICAL_TOP);
     }
-    return m_wrapped;
+    return format;
 }
 
 lxw_format* WorkbookFormats::plain(double points)

@@ -23,7 +23,7 @@ public:
     lxw_format* of(const Cell& cell, bool hidesZero);
     // Of a line outside the table.
     lxw_format* line(double points, bool bold, lxw_format_alignments align);
-    lxw_format* wrappedLine();
+    lxw_format* wrappedLine(double points);
     // Between two papers of a page.
     lxw_format* cutLine();
 
@@ -36,7 +36,7 @@ private:
     lxw_workbook& m_book;
     std::map<Key, lxw_format*> m_cells;
     std::map<std::tuple<double, bool, int>, lxw_format*> m_lines;
-    lxw_format* m_wrapped = nullptr;
+    std::map<double, lxw_format*> m_wrapped;
     lxw_format* m_cut = nullptr;
 };
 

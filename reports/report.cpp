@@ -3,7 +3,9 @@
 #include "journals/lists.h"
 #include "reports/truancypaper.h"
 
+#include <algorithm>
 #include <iterator>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -79,6 +81,9 @@ QString documentName(const StatementSource& source, const ReportRequest& request
     QString name = reportTitle(request.kind).section(u" за месяц"_s, 0, 0);
     if (takes(request, Input::Group) && request.group && !groups.empty())
         name += u' ' + groups.front().name;
+    if (takes(request, Input::Months) && request.months > 1)
+        return name + u' ' + request.month.first().toString(u"yyyy-MM"_s) + u'_'
+               + monthsOf(request).to.toString(u"yyyy-MM"_s);
     if (takes(request, Input::Month))
         return name + u' ' + request.month.first().toString(u"yyyy-MM"_s);
     const journals::Period year = journals::studyPeriod(source.settings);
@@ -115,6 +120,23 @@ std::optional<papers::Document> makeReport(const StatementSource& source,
                           std::back_inserter(document.papers));
     }
     return document;
+}
+
+std::vector<papers::Document> onePerPerson(const papers::Document& document)
+{
+    const auto& all = document.papers;
+    const bool ofOneGroup = std::ranges::all_of(
+        all, [&](const papers::Paper& paper) { return paper.name == all.front().name; });
+    std::vector<papers::Document> documents;
+    std::map<QString, int> namesakes;
+    for (const papers::Paper& paper : all) {
+        const QString group = ofOneGroup ? QString() : u' ' + paper.name;
+        QString name = document.name + group + u' ' + paper.person;
+        if (const int number = ++namesakes[name.toLower()]; number > 1)
+            name += u" (%1)"_s.arg(number);
+        documents.push_back({document.kind, name, {paper}});
+    }
+    return documents;
 }
 
 QString notSavedText(ReportKind kind, bool named)

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace reports {
 
@@ -13,6 +14,10 @@ namespace reports {
 std::optional<papers::Document> makeReport(const StatementSource& source,
                                            const ReportRequest& request,
                                            const std::function<bool(int percent)>& progress = {});
+
+// A document for each paper, named after whom the paper is about: for cards that go to one
+// person each.
+std::vector<papers::Document> onePerPerson(const papers::Document& document);
 
 // What the user is told when the document stands but its workbook could not be written; `named`
 // says whether a file name had been settled.

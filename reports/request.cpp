@@ -55,11 +55,19 @@ QString reportTitle(ReportKind kind)
     return u"Отчет по прогулам по преподавателям/группам"_s;
 }
 
+journals::Period monthsOf(const ReportRequest& request)
+{
+    const QDate first = request.month.first();
+    return {first, first.addMonths(request.months).addDays(-1)};
+}
+
 bool takes(const ReportRequest& request, Input input)
 {
     switch (input) {
     case Input::Month:
         return takesMonth(request);
+    case Input::Months:
+        return request.kind == ReportKind::Summary;
     case Input::Period:
         return request.kind == ReportKind::TruancyBoth;
     case Input::Group:
@@ -80,6 +88,8 @@ std::optional<QString> requestProblem(const ReportRequest& request)
         return u"Выберите месяц."_s;
     if (takes(request, Input::Month) && !request.month.validYear())
         return u"Выберите год."_s;
+    if (takes(request, Input::Months) && (request.months < 1 || request.months > kMostMonths))
+        return u"Число месяцев должно быть от 1 до %1."_s.arg(kMostMonths);
     if (takes(request, Input::Period) && !request.period.valid())
         return u"Начало периода не должно быть позже его конца."_s;
     if (needsDiscipline(request) && !request.discipline)

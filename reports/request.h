@@ -31,9 +31,12 @@ enum class SubjectView {
     Combined, // "Сводная": all disciplines of the group
 };
 
+inline constexpr int kMostMonths = 12;
+
 // What a document can ask for.
 enum class Input {
     Month,      // and its year
+    Months,     // how many from that one on
     Period,     // two dates
     Group,      // one, or all
     Discipline, // one; for the attendance statement also all
@@ -45,12 +48,16 @@ struct ReportRequest
 {
     ReportKind kind = ReportKind::Attendance;
     journals::Month month;
+    int months = 1; // from that one on
     journals::Period period;
     std::optional<journals::GroupId> group;           // not given: all groups
     std::optional<journals::DisciplineId> discipline; // not given: all disciplines
     std::optional<journals::StudentId> student;       // not given: all students of the group
     SubjectView view = SubjectView::Current;
 };
+
+// The days that the months of the request cover. Requires a valid month.
+journals::Period monthsOf(const ReportRequest& request);
 
 // "Ведомость посещаемости за месяц", as the options of the dialog say.
 QString reportTitle(ReportKind kind);

@@ -1,11 +1,11 @@
 #include "import/forms/form1.h"
 
-#include "import/forms/importprogress.h"
 #include "import/importtexts.h"
 #include "import/previewmodel.h"
 #include "import/worded.h"
 #include "shell/forms/runcommand.h"
 #include "shell/forms/waitcursor.h"
+#include "shell/forms/workprogress.h"
 #include "shell/session.h"
 #include "shell/statusline.h"
 
@@ -23,6 +23,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include <functional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -288,8 +289,9 @@ void Form1::runImport()
                 return;
             m_statusText->setText(u"Идет импорт..."_s);
             m_statusText->repaint();
-            counts = importWithProgress(*m_timetable, m_period, *m_choice,
-                                        m_parts.session.database(), this);
+            shell::WorkProgress progress(u"importProgress"_s, m_statusText->text(), this);
+            counts = importLessons(*m_timetable, m_period, *m_choice, m_parts.session.database(),
+                                   std::ref(progress));
         });
     if (counts)
         finish(*counts);

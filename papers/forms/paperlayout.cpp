@@ -19,6 +19,14 @@ double sum(const std::vector<double>& values)
 
 } // namespace
 
+PageFrame PageFrame::squeezed(double by) const
+{
+    PageFrame frame = *this;
+    frame.area = QRectF(0, 0, area.width() / by, area.height() / by);
+    frame.squeeze = by;
+    return frame;
+}
+
 PaperLayout::PaperLayout(const Paper& paper, const PageFrame& frame)
     : m_paper(paper)
     , m_frame(frame)
@@ -31,13 +39,15 @@ PaperLayout::PaperLayout(const Paper& paper, const PageFrame& frame)
 
 double PaperLayout::width(int column) const
 {
-    return mm(m_paper.widths[static_cast<std::size_t>(column)]) * m_scale;
+    return mm(m_paper.widths[static_cast<std::size_t>(column)]) * m_widthScale;
 }
 
 void PaperLayout::chooseColumns()
 {
     const double room = m_frame.area.width();
-    m_scale = std::min(1.0, room / mm(sum(m_paper.widths)));
+    const double fitting = room / mm(sum(m_paper.widths));
+    m_scale = std::min(1.0, fitting);
+    m_widthScale = std::min(1 / m_frame.squeeze, fitting);
     const int count = static_cast<int>(m_paper.widths.size());
     if (m_scale * kTablePoints >= kLeastPoints) {
         ColumnSet all(static_cast<std::size_t>(count));
@@ -45,7 +55,7 @@ void PaperLayout::chooseColumns()
         m_sets = {std::move(all)};
         return;
     }
-    m_scale = kLeastPoints / kTablePoints;
+    m_scale = m_widthScale = kLeastPoints / kTablePoints;
     ColumnSet lead(static_cast<std::size_t>(m_paper.leadColumns));
     std::iota(lead.begin(), lead.end(), 0);
     const auto widthOf = [this](double sum, int column) { return sum + width(column); };
@@ -148,8 +158,37 @@ double PaperLayout::notesHeight() const
     const QRectF room(0, 0, m_frame.area.width(), kAnyLength);
     for (const QString& note : m_paper.notes)
         height += metrics.boundingRect(room, Qt::TextWordWrap, note).height();
-    const auto rows = (m_paper.signatures.size() + 1) / 2;
-    return height + static_cast<double>(rows) * (lineHeight(10) + mm(4));
+    for (std::size_t row = 0; row < (m_paper.signatures.size() + 1) / 2; ++row)
+        height += signatureHeight(row);
+    return height;
+}
+
+double PaperLayout::signatureWidth(std::size_t signature) const
+{
+    const bool isAlone = signature % 2 == 0 && signature + 1 == m_paper.signatures.size();
+    return isAlone ? m_frame.area.width() : m_frame.area.width() / 2 - mm(kSignatureGapMm);
+}
+
+double PaperLayout::signatureHeight(std::size_t row) const
+{
+    const QFontMetricsF metrics(textFont(kTextPoints), m_frame.device);
+    double height = lineHeight(kTextPoints);
+    for (std::size_t i = 2 * row; i < std::min(2 * row + 2, m_paper.signatures.size()); ++i) {
+        const QRectF room(0, 0, signatureWidth(i), kAnyLength);
+        const QString text = signatureText(m_paper.signatures[i]);
+        height = std::max(height, metrics.boundingRect(room, Qt::TextWordWrap, text).height());
+    }
+    return height + mm(4);
+}
+
+double PaperLayout::squeezeToOnePage() const
+{
+    constexpr double kLeastSqueeze = 1 / 1.2;
+    if (m_paper.half || m_sets.size() > 1 || m_pages.size() != 2)
+        return 1;
+    const PageShare whole{0, true, 0, static_cast<int>(m_paper.body.size()), true};
+    const double squeeze = (m_frame.area.height() - mm(kFooterMm)) / height(whole);
+    return squeeze < kLeastSqueeze ? 1 : squeeze;
 }
 
 double PaperLayout::height(const PageShare& share) const

@@ -18,6 +18,10 @@ struct PageFrame
     QPaintDevice* device = nullptr; // for the sizes of letters
     QRectF area;                    // inside the margins
     double perMm = 1;               // device units
+    // What is painted is made smaller by this; the area is larger by as much, and tables widen.
+    double squeeze = 1;
+
+    PageFrame squeezed(double by) const;
 };
 
 // A run of columns that fits the width of a page, the lead columns first.
@@ -40,7 +44,7 @@ class PaperLayout
 public:
     static constexpr double kTablePoints = 9, kTextPoints = 10, kTitlePoints = 12;
     static constexpr double kLeastPoints = 6.5;
-    static constexpr double kFooterMm = 5;
+    static constexpr double kFooterMm = 5, kSignatureGapMm = 4;
 
     PaperLayout(const Paper& paper, const PageFrame& frame);
 
@@ -55,8 +59,13 @@ public:
     // Of the title or subtitle, which may wrap.
     double titleHeight(const QString& text, double points, bool bold) const;
     double notesHeight() const;
+    // Two signatures stand side by side; a last one that is left alone has the whole width.
+    double signatureWidth(std::size_t signature) const;
+    double signatureHeight(std::size_t row) const;
     // Of the whole share, without the footer.
     double height(const PageShare& share) const;
+    // What the frame must be squeezed by for one page, when two are but a little too many; else 1.
+    double squeezeToOnePage() const;
 
     QFont tableFont(const Cell& cell) const;
     QFont textFont(double points, bool bold = false) const;
@@ -74,7 +83,8 @@ private:
 
     const Paper& m_paper;
     PageFrame m_frame;
-    double m_scale = 1; // of the table
+    double m_scale = 1;      // of the table's letters
+    double m_widthScale = 1; // of its columns
     std::vector<ColumnSet> m_sets;
     std::vector<double> m_headHeights, m_rowHeights;
     std::vector<PageShare> m_pages;

@@ -45,6 +45,14 @@ double halfHeight(const PageFrame& frame)
     return frame.area.height() / 2;
 }
 
+std::unique_ptr<PaperLayout> layOut(const Paper& paper, const PageFrame& frame)
+{
+    auto layout = std::make_unique<PaperLayout>(paper, frame);
+    const double squeeze = layout->squeezeToOnePage();
+    return squeeze == 1 ? std::move(layout)
+                        : std::make_unique<PaperLayout>(paper, frame.squeezed(squeeze));
+}
+
 // Two half papers share a page when both fit.
 std::vector<PagePiece> pieces(const std::vector<std::unique_ptr<PaperLayout>>& layouts,
                               const PageFrame& frame)
@@ -100,7 +108,7 @@ bool PaperPainter::paint(QPagedPaintDevice& device)
     const PageFrame frame = frameOf(device);
     std::vector<std::unique_ptr<PaperLayout>> layouts;
     for (const Paper& paper : m_papers)
-        layouts.push_back(std::make_unique<PaperLayout>(paper, frame));
+        layouts.push_back(layOut(paper, frame));
     const auto parts = pieces(layouts, frame);
     const int pages = static_cast<int>(
         std::ranges::count(parts, false, [](const PagePiece& piece) { return piece.lower; }));
@@ -127,11 +135,14 @@ bool PaperPainter::paint(QPagedPaintDevice& device)
 void PaperPainter::paintShare(QPainter& painter, const PaperLayout& layout, const PageShare& share,
                               double top) const
 {
+    painter.save();
+    painter.scale(layout.frame().squeeze, layout.frame().squeeze);
     double y = share.top ? paintTop(painter, layout, top) : top;
     y = paintRows(painter, layout, share, true, y);
     y = paintRows(painter, layout, share, false, y);
     if (share.notes)
         paintNotes(painter, layout, y);
+    painter.restore();
 }
 
 double PaperPainter::paintTop(QPainter& painter, const PaperLayout& layout, double y) const
@@ -238,17 +249,14 @@ void PaperPainter::paintNotes(QPainter& painter, const PaperLayout& layout, doub
                          &used);
         y += used.height();
     }
-    painter.setFont(layout.textFont(10));
-    const double step = layout.lineHeight(10) + layout.mm(4);
+    painter.setFont(layout.textFont(PaperLayout::kTextPoints));
     for (std::size_t i = 0; i < paper.signatures.size(); ++i) {
-        const Signature& signature = paper.signatures[i];
-        const QString name =
-            signature.name.isEmpty() ? u"/__________________/"_s : u'/' + signature.name + u'/';
-        const double left = i % 2 == 0 ? 0 : across / 2;
-        const double top = y + layout.mm(4) + static_cast<double>(i / 2) * step;
-        painter.drawText(QRectF(left, top, across / 2, layout.lineHeight(10)),
-                         Qt::AlignLeft | Qt::TextSingleLine,
-                         signature.post + u" ______________ "_s + name);
+        const double height = layout.signatureHeight(i / 2);
+        painter.drawText(QRectF(i % 2 == 0 ? 0 : across / 2, y, layout.signatureWidth(i), height),
+                         Qt::AlignLeft | Qt::AlignBottom | Qt::TextWordWrap,
+                         signatureText(paper.signatures[i]));
+        if (i % 2 == 1)
+            y += height;
     }
 }
 

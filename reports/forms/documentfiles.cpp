@@ -1,10 +1,14 @@
 #include "reports/forms/documentfiles.h"
 
+#include "data/convert.h"
+#include "jet/error.h"
 #include "papers/forms/paperprinting.h"
 #include "papers/workbook.h"
+#include "reports/report.h"
 #include "sheets/writetable.h"
 #include "shell/forms/filechooser.h"
 #include "shell/forms/runcommand.h"
+#include "shell/forms/workprogress.h"
 #include "shell/prompt.h"
 #include "shell/service/programstarter.h"
 #include "shell/statusline.h"
@@ -27,13 +31,22 @@ QString baseName(const papers::Document& document)
     return QFileInfo(sheets::fileName(document.name)).completeBaseName();
 }
 
+QString newFolder(const QString& parent, const QString& name)
+{
+    const QString path = freePath(parent, name, {});
+    if (!QDir().mkpath(path))
+        throw jet::Error(jet::Fault::Io, "папку нельзя создать: " + data::toUtf8(path));
+    return path;
+}
+
 } // namespace
 
 QString freePath(const QString& folder, const QString& name, const QString& suffix)
 {
-    QString path = QDir(folder).filePath(name + u'.' + suffix);
+    const QString ending = suffix.isEmpty() ? QString() : u'.' + suffix;
+    QString path = QDir(folder).filePath(name + ending);
     for (int number = 2; QFileInfo::exists(path); ++number)
-        path = QDir(folder).filePath(u"%1 (%2).%3"_s.arg(name, QString::number(number), suffix));
+        path = QDir(folder).filePath(u"%1 (%2)%3"_s.arg(name, QString::number(number), ending));
     return path;
 }
 
@@ -102,6 +115,34 @@ bool DocumentFiles::writePdf(const papers::Document& document, const NotSavedTex
         return false;
     m_parts.status.show(u"Документ сохранен в файле: %1"_s.arg(QDir::toNativeSeparators(path)));
     return true;
+}
+
+bool DocumentFiles::writeEach(FileKind kind, const papers::Document& whole,
+                              const NotSavedText& notSaved, QWidget* parent)
+{
+    const std::vector<papers::Document> documents = onePerPerson(whole);
+    QString folder, path;
+    std::size_t written = 0;
+    const bool ran = shell::runCommand(m_parts.prompt, notSaved(true), [&] {
+        folder = newFolder(m_parts.documentsFolder(), baseName(whole));
+        shell::WorkProgress progress(u"filesProgress"_s, u"Документы сохраняются..."_s, parent);
+        for (const papers::Document& document : documents) {
+            if (!progress(static_cast<int>(written * 100 / documents.size())))
+                return;
+            path = QDir(folder).filePath(baseName(document)
+                                         + (kind == FileKind::Pdf ? u".pdf"_s : u".xlsx"_s));
+            kind == FileKind::Pdf ? papers::writePdf(document, path, m_parts.settings)
+                                  : papers::writeWorkbook(document, path);
+            ++written;
+        }
+    });
+    if (written > 0) {
+        m_parts.status.show(u"Сохранено файлов: %1 из %2, в папке: %3"_s.arg(
+            QString::number(written), QString::number(documents.size()),
+            QDir::toNativeSeparators(folder)));
+        m_parts.chooser.reveal(path);
+    }
+    return ran && written == documents.size();
 }
 
 void DocumentFiles::print(const papers::Document& document, QWidget* parent)

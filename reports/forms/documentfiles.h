@@ -13,6 +13,8 @@ namespace reports {
 // name had been settled.
 using NotSavedText = std::function<QString(bool named)>;
 
+enum class FileKind { Workbook, Pdf };
+
 // Brings finished documents out of the program: as a workbook, as a PDF file, on paper.
 class DocumentFiles
 {
@@ -25,6 +27,10 @@ public:
     bool writeWorkbook(const papers::Document& document, const NotSavedText& notSaved);
     // Asks for a path; true when the file was written.
     bool writePdf(const papers::Document& document, const NotSavedText& notSaved);
+    // Writes a file for each person of the document to a new folder in the folder of documents,
+    // and shows it. True when all were written.
+    bool writeEach(FileKind kind, const papers::Document& document, const NotSavedText& notSaved,
+                   QWidget* parent);
     void print(const papers::Document& document, QWidget* parent);
 
 private:
@@ -34,7 +40,8 @@ private:
     DocumentParts m_parts;
 };
 
-// "Отчет.xlsx" in the folder, or "Отчет (2).xlsx" and so on when that is there.
+// "Отчет.xlsx" in the folder, or "Отчет (2).xlsx" and so on when that is there; `suffix` may be
+// empty, for a folder.
 QString freePath(const QString& folder, const QString& name, const QString& suffix);
 
 } // namespace reports

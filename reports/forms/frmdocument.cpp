@@ -2,9 +2,10 @@
 
 #include "journals/month.h"
 #include "reports/choices.h"
-#include "reports/forms/documentprogress.h"
+#include "reports/report.h"
 #include "reports/worded.h"
 #include "shell/forms/runcommand.h"
+#include "shell/forms/workprogress.h"
 #include "shell/names.h"
 #include "shell/prompt.h"
 #include "shell/session.h"
@@ -13,6 +14,7 @@
 
 #include <QSignalBlocker>
 
+#include <functional>
 #include <initializer_list>
 #include <utility>
 
@@ -165,6 +167,7 @@ void frmDocument::connectControls()
         shell::runCommand(m_parts.prompt, kNotFilled, [this] { fillOfGroup(); });
         refreshInputs();
     });
+    connect(ui->cboStudent, &QComboBox::currentIndexChanged, this, &frmDocument::refreshInputs);
     connect(ui->cmdCreate, &QPushButton::clicked, this, &frmDocument::create);
     connect(ui->cmdPrint, &QPushButton::clicked, this, &frmDocument::print);
     connect(ui->cmdPdf, &QPushButton::clicked, this, &frmDocument::writePdf);
@@ -190,6 +193,8 @@ ReportRequest frmDocument::request() const
                                                + checkedOf({ui->Op3_0, ui->Op3_1, ui->Op3_2}));
     request.view = static_cast<SubjectView>(checkedOf({ui->Op2_0, ui->Op2_1, ui->Op2_2}));
     request.month = {ui->spnYear->value(), ui->cboMonth->currentIndex() + 1};
+    if (takes(request, Input::Months))
+        request.months = ui->spnMonths->value();
     request.period = {ui->DTPicker1->date(), ui->DTPicker2->date()};
     if (takes(request, Input::Group))
         request.group = chosenKey<GroupId>(*ui->cboGroup);
@@ -209,12 +214,14 @@ void frmDocument::refreshInputs()
             widget->setEnabled(!ranking && takes(wanted, input));
     };
     enable(Input::Month, {ui->lblMonth, ui->cboMonth, ui->lblYear, ui->spnYear});
+    enable(Input::Months, {ui->lblMonths, ui->spnMonths});
     enable(Input::Period, {ui->lblFrom, ui->DTPicker1, ui->lblTo, ui->DTPicker2});
     enable(Input::Group, {ui->lblGroup, ui->cboGroup});
     enable(Input::Discipline, {ui->lblDiscipline, ui->cboDiscipline});
     ui->cboDiscipline->setItemText(
         0, option() == DocumentOption::GradesSubject ? u"Выберите предмет"_s : u"Все предметы"_s);
     enable(Input::Student, {ui->lblStudent, ui->cboStudent});
+    ui->chkEach->setEnabled(!ranking && takes(wanted, Input::Student) && !wanted.student);
     enable(Input::View, {ui->Op2});
     ui->Op3->setEnabled(option() == DocumentOption::Truancy);
     ui->cmdCreate->setText(ranking ? u"О&ткрыть анализ"_s : u"Со&здать .xlsx"_s);
@@ -246,8 +253,9 @@ std::optional<papers::Document> frmDocument::make()
     std::optional<papers::Document> document;
     shell::runCommand(m_parts.prompt, u"Документ не составлен."_s, [&] {
         shell::Session& session = m_parts.session;
-        document = makeWithProgress({session.database(), session.settings(), session.wording()},
-                                    wanted, this);
+        shell::WorkProgress progress(u"documentProgress"_s, u"Документ составляется..."_s, this);
+        document = makeReport({session.database(), session.settings(), session.wording()}, wanted,
+                              std::ref(progress));
     });
     if (document && document->papers.empty()) {
         m_parts.prompt.exclamation(
@@ -265,9 +273,9 @@ void frmDocument::create()
         accept();
         return;
     }
-    if (const auto document = make())
-        m_files.writeWorkbook(
-            *document, [kind = request().kind](bool named) { return notSavedText(kind, named); });
+    const auto document = make();
+    if (document && !hasWrittenEach(FileKind::Workbook, *document))
+        m_files.writeWorkbook(*document, notSaved());
 }
 
 void frmDocument::print()
@@ -279,9 +287,22 @@ void frmDocument::print()
 
 void frmDocument::writePdf()
 {
-    if (const auto document = make())
-        m_files.writePdf(*document,
-                         [kind = request().kind](bool named) { return notSavedText(kind, named); });
+    const auto document = make();
+    if (document && !hasWrittenEach(FileKind::Pdf, *document))
+        m_files.writePdf(*document, notSaved());
+}
+
+NotSavedText frmDocument::notSaved() const
+{
+    return [kind = request().kind](bool named) { return notSavedText(kind, named); };
+}
+
+bool frmDocument::hasWrittenEach(FileKind kind, const papers::Document& document)
+{
+    const bool wanted = ui->chkEach->isEnabled() && ui->chkEach->isChecked();
+    if (wanted)
+        m_files.writeEach(kind, document, notSaved(), this);
+    return wanted;
 }
 
 } // namespace reports

@@ -59,6 +59,9 @@ private:
     void create();
     void print();
     void writePdf();
+    NotSavedText notSaved() const;
+    // True when the document was to go to a file for each person, even if they were not written.
+    bool hasWrittenEach(FileKind kind, const papers::Document& document);
 
     DocumentParts m_parts;
     DocumentFiles m_files;

@@ -1,5 +1,6 @@
 #include "journals/attendancequeries.h"
 #include "journals/graderows.h"
+#include "journals/students.h"
 #include "papers/frame.h"
 #include "reports/statements.h"
 #include "reports/statements/gradetable.h"
@@ -136,6 +137,7 @@ Paper card(const Content& content, std::size_t student)
     const GroupRow& group = content.table.group;
     Paper paper;
     paper.name = group.name;
+    paper.person = journals::withInitials(content.table.sheet.students[student].name);
     paper.landscape = false;
     paper.half = content.disciplines.size() <= kMostOnHalf;
     paper.title = u"ТАБЕЛЬ УСПЕВАЕМОСТИ И ПОСЕЩАЕМОСТИ за "_s + journals::monthText(content.month);

@@ -8,6 +8,7 @@
 #include "reports/worded.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -69,26 +70,36 @@ struct Speciality
     std::vector<Group> groups;
 };
 
-Figures readFigures(const StatementSource& source, journals::Month month, journals::GroupId group)
+// Over several months a student belongs where all of his monthly grades put him.
+Figures readFigures(const StatementSource& source, const ReportRequest& request,
+                    journals::GroupId group)
 {
-    const GradeTable table = readGradeTable(source, monthGrades(source, month, group));
+    std::map<journals::StudentId, GradeCounts> grades;
     journals::AttendanceSelection absences;
     absences.group = group;
-    absences.month = month;
-    const auto sheet = journals::readAttendanceSheet(source.database, absences);
-    return {table.performance(),
+    journals::Absence missed;
+    for (int i = 0; i < request.months; ++i) {
+        absences.month = journals::monthOf(request.month.first().addMonths(i));
+        const GradeTable table = readGradeTable(source, monthGrades(source, absences.month, group));
+        for (std::size_t student = 0; student < table.sheet.students.size(); ++student)
+            grades[table.sheet.students[student].id] += table.countsOf(student);
+        missed += journals::readAttendanceSheet(source.database, absences).monthTotal();
+    }
+    Performance performance;
+    for (const auto& [student, counts] : grades)
+        performance.add(counts);
+    return {performance,
             AttendanceFigures::ofGroup(
-                static_cast<int>(sheet.students.size()),
-                taughtHours(source.database, group, {month.first(), month.last()}),
-                sheet.monthTotal())};
+                performance.all(), taughtHours(source.database, group, monthsOf(request)), missed)};
 }
 
 // By name; groups without a speciality stand last.
-std::vector<Speciality> readSpecialities(const StatementSource& source, journals::Month month)
+std::vector<Speciality> readSpecialities(const StatementSource& source,
+                                         const ReportRequest& request)
 {
     std::vector<Speciality> specialities;
     for (const auto& entry : journals::groupList(source.database)) {
-        Group group{readGroup(source.database, entry.key), readFigures(source, month, entry.key)};
+        Group group{readGroup(source.database, entry.key), readFigures(source, request, entry.key)};
         const QString name = specialityText(group.row);
         auto found = std::ranges::find(specialities, name, &Speciality::name);
         if (found == specialities.end())
@@ -245,11 +256,13 @@ std::vector<Row> headOf(const StatementSource& source)
 
 std::vector<Paper> summaryStatement(const StatementSource& source, const ReportRequest& request)
 {
-    const auto specialities = readSpecialities(source, request.month);
+    const auto specialities = readSpecialities(source, request);
     Paper paper;
     paper.name = reportTitle(ReportKind::Summary);
     paper.title = u"СВОДНЫЙ ОТЧЕТ ПО УСПЕВАЕМОСТИ И ПОСЕЩАЕМОСТИ"_s;
     paper.subtitle = u"за "_s + journals::monthText(request.month);
+    if (request.months > 1)
+        paper.subtitle += u" - "_s + journals::monthText(journals::monthOf(monthsOf(request).to));
     paper.widths = {kNumberWidth, kGroupWidth, kCuratorWidth};
     paper.widths.insert(paper.widths.end(), ColumnCount, kFigureWidth);
     paper.head = headOf(source);

@@ -103,6 +103,17 @@ TEST_F(ReportCommand, AddsUpWhatTheFileHolds)
     EXPECT_EQ(total.sliced(total.size() - 2), (QStringList{sum("uv"), sum("nuv")}));
 }
 
+TEST_F(ReportCommand, WritesACardForEachStudent)
+{
+    const auto result =
+        report("card", {"--group", "1", "--month", "3", "--year", "2026", "--each"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const std::string students = value("SELECT Count(ID) FROM SPSTUD WHERE IDG=1 AND"
+                                       " (prikazOtch=\"\" OR prikazOtch IS NULL)");
+    const std::filesystem::directory_iterator files(output());
+    EXPECT_EQ(std::to_string(std::distance(begin(files), end(files))), students);
+}
+
 TEST_F(ReportCommand, RefusesWhatMakesNoSense)
 {
     const std::vector<std::string> month = {"--month", "3", "--year", "2026"};
@@ -111,6 +122,10 @@ TEST_F(ReportCommand, RefusesWhatMakesNoSense)
     EXPECT_EQ(report("summary", {"--month", "13", "--year", "2026"}).status, 2);
     EXPECT_EQ(report("truancy-teachers-groups", {"--from", "2026-03-01"}).status, 2);
     EXPECT_EQ(jurnalctl({"report", "final", file()}).status, 2);
+    const auto extra = report("summary", {"--month", "3", "--year", "2026", "--group", "1"});
+    EXPECT_EQ(extra.status, 2);
+    EXPECT_NE(extra.err.find("--group"), std::string::npos) << extra.err;
+    EXPECT_EQ(report("final", {"--each"}).status, 2);
     EXPECT_EQ(report("final", {"--group", "нет такой"}).status, 1);
     EXPECT_EQ(report("grades-subject", month).status, 1); // no discipline
     EXPECT_EQ(

@@ -83,6 +83,37 @@ TEST_F(PaperLayoutTest, EveryRowStandsOnOnePageAndEveryPageFits)
     }
 }
 
+TEST_F(PaperLayoutTest, ALittleTooLongIsSqueezedOntoOnePage)
+{
+    QStringList squeezed;
+    for (int rows = 25; rows < 60; ++rows) {
+        const Paper paper = table(rows, 21, 10);
+        const double by = PaperLayout(paper, frame).squeezeToOnePage();
+        if (by == 1)
+            continue;
+        const PageFrame larger = frame.squeezed(by);
+        const PaperLayout layout(paper, larger);
+        ASSERT_EQ(layout.pages().size(), 1U) << rows;
+        EXPECT_LE(layout.height(layout.pages().front()) * by, frame.area.height());
+        double across = 0;
+        for (const int column : layout.columns(layout.pages().front()))
+            across += layout.width(column);
+        EXPECT_NEAR(across * by, 263 * frame.perMm, 1) << "the table stays as wide";
+        squeezed << QString::number(rows);
+    }
+    EXPECT_GT(squeezed.size(), 3);
+    EXPECT_LT(squeezed.size(), 12) << "what is much too long goes on";
+}
+
+TEST_F(PaperLayoutTest, ALongSignatureWraps)
+{
+    Paper paper = table(5, 10, 10);
+    paper.signatures = {{u"Директор"_s, {}},
+                        {u"Заместитель директора по учебной работе "_s.repeated(4), {}}};
+    const PaperLayout layout(paper, frame);
+    EXPECT_GT(layout.signatureHeight(0), 2 * layout.lineHeight(10));
+}
+
 TEST_F(PaperLayoutTest, AWideTableIsSetSmallerAndThenSpreadOverPages)
 {
     const Paper fits = table(5, 21, 10); // 263 mm

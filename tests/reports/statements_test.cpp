@@ -273,6 +273,35 @@ TEST_F(StatementTest, SummaryOfTheInstitution)
                     }));
 }
 
+TEST_F(StatementTest, SummaryOfSeveralMonthsTakesEveryGradeAndHourOfThem)
+{
+    ReportRequest wanted = request(ReportKind::Summary);
+    wanted.month = {2022, 10};
+    wanted.months = 2;
+    file.grade(first, physics, {2022, 10, 31}, 3, Grade::Monthly); // no longer on 4 and 5
+    const papers::Document document = make(wanted);
+    EXPECT_EQ(document.name, u"Сводный отчет 2022-10_2022-11"_s);
+    EXPECT_EQ(document.papers.front().subtitle, u"за октябрь 2022 г. - ноябрь 2022 г."_s);
+    // October has one lesson more missed; marks are 4 5 4 3, 3 2 and a pass.
+    EXPECT_EQ(lines(document.papers.front()).at(1),
+              u"0:1|1:А-1|3:3|4:0|5:0|6:1|7:1|8:1|9:0,0|10:33,3|11:3,50|12:6|13:18|14:8|15:2|"
+              "16:6|17:2,7|18:55,6|19:66,7"_s);
+    wanted.months = 13;
+    EXPECT_TRUE(requestProblem(wanted));
+}
+
+TEST_F(StatementTest, StopsBetweenGroupsWhenCancelled)
+{
+    file.group("Б-2");
+    const StatementSource source{file.database(), data::readSettingsRow(file.database()), wording};
+    ReportRequest wanted = request(ReportKind::Final);
+    wanted.group.reset();
+    int calls = 0;
+    EXPECT_FALSE(makeReport(source, wanted, [&calls](int) { return ++calls < 3; }));
+    EXPECT_EQ(calls, 3) << "once at the beginning, then before each group";
+    EXPECT_EQ(make(wanted).papers.size(), 2u);
+}
+
 TEST_F(StatementTest, ASchoolReadsItsOwnWordsAndKeepsItsData)
 {
     wording = shell::Wording(shell::Institution::School);

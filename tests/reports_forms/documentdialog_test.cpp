@@ -65,10 +65,15 @@ protected:
             const char* widget;
             QString name;
         };
-        const Input inputs[] = {{"cboMonth", u"месяц"_s},     {"spnYear", u"год"_s},
-                                {"cboGroup", u"группа"_s},    {"cboDiscipline", u"предмет"_s},
-                                {"cboStudent", u"студент"_s}, {"Op2_0", u"вид"_s},
-                                {"Op3_0", u"прогулы"_s},      {"DTPicker1", u"начало"_s},
+        const Input inputs[] = {{"cboMonth", u"месяц"_s},
+                                {"spnYear", u"год"_s},
+                                {"spnMonths", u"число"_s},
+                                {"cboGroup", u"группа"_s},
+                                {"cboDiscipline", u"предмет"_s},
+                                {"cboStudent", u"студент"_s},
+                                {"Op2_0", u"вид"_s},
+                                {"Op3_0", u"прогулы"_s},
+                                {"DTPicker1", u"начало"_s},
                                 {"DTPicker2", u"конец"_s}};
         QStringList enabled;
         for (const Input& input : inputs)
@@ -96,7 +101,7 @@ TEST_F(DocumentDialog, EnablesWhatTheDocumentTakes)
     show(DocumentOption::Summary);
     EXPECT_EQ(withoutAccessibleName(*dialog), "");
     EXPECT_TRUE(named<QRadioButton>("Op1_5")->hasFocus());
-    EXPECT_EQ(enabledInputs(), u"месяц год"_s);
+    EXPECT_EQ(enabledInputs(), u"месяц год число"_s);
     struct Case
     {
         const char* click;
@@ -111,7 +116,7 @@ TEST_F(DocumentDialog, EnablesWhatTheDocumentTakes)
         {"Op2_0", u"Текущая"_s, u"месяц год группа предмет вид"_s},
         {"Op1_3", u"Табель успеваемости за месяц"_s, u"месяц год группа студент"_s},
         {"Op1_4", u"Итоговый отчет"_s, u"группа"_s},
-        {"Op1_5", u"Сводный отчет"_s, u"месяц год"_s},
+        {"Op1_5", u"Сводный отчет"_s, u"месяц год число"_s},
         {"Op1_6", u"Отчет по прогулам по преподавателям/группам"_s, u"месяц год прогулы"_s},
         {"Op3_1", u"По группам за месяц"_s, u"месяц год прогулы"_s},
         {"Op3_2", u"По преподавателям и группам за период"_s, u"прогулы начало конец"_s},
@@ -180,6 +185,37 @@ TEST_F(DocumentDialog, MakesTheDocumentOfOneGroupAndStudent)
     dialog->close();
     show(DocumentOption::Final); // the group is kept
     EXPECT_EQ(named<QComboBox>("cboGroup")->currentText(), u"ИС-21"_s);
+}
+
+TEST_F(DocumentDialog, WritesACardForEachStudent)
+{
+    for (const char* name : {"\"Иван\", \"Петрович\"", "\"Игорь\", \"Павлович\""}) // И. П.
+        session.database().execute("INSERT INTO SPSTUD (IDG, FAM, IM, OTCH) VALUES (1, \"Петров\", "
+                                   + std::string(name) + ");");
+    show(DocumentOption::Card);
+    click("chkEach");
+    click("cmdCreate");
+    EXPECT_EQ(written(), QStringList()) << "they have a folder of their own";
+    const QDir cards(folder.filePath(u"Табель успеваемости 2025-11"_s));
+    const QString name = u"Табель успеваемости 2025-11 %1.xlsx"_s;
+    EXPECT_EQ(cards.entryList(QDir::Files, QDir::Name),
+              (QStringList{name.arg(u"Иванов И. И."_s), name.arg(u"Петров И. П. (2)"_s),
+                           name.arg(u"Петров И. П."_s)}));
+    EXPECT_TRUE(status.last().startsWith(u"Сохранено файлов: 3 из 3, в папке: "_s));
+    EXPECT_EQ(chooser.revealed, cards.filePath(name.arg(u"Петров И. П. (2)"_s)));
+    click("cmdPdf");
+    EXPECT_EQ(QDir(cards.path() + u" (2)"_s).entryList({u"*.pdf"_s}).size(), 3);
+
+    named<QComboBox>("cboGroup")->setCurrentIndex(1);
+    named<QComboBox>("cboStudent")->setCurrentIndex(1);
+    EXPECT_FALSE(named<QAbstractButton>("chkEach")->isEnabled()) << "one student is one file";
+    named<QComboBox>("cboStudent")->setCurrentIndex(0);
+    documents = folder.filePath(u"a.txt"_s);
+    QFile blocking(documents);
+    ASSERT_TRUE(blocking.open(QIODevice::WriteOnly));
+    prompt.expectMatching(Box::Critical, u"^Печатная форма Табеля выполнена, но не сохранена в "
+                                         "файле\\. Ошибка: папку нельзя создать.*"_s);
+    click("cmdCreate");
 }
 
 TEST_F(DocumentDialog, OffersAnotherPlaceWhenTheFileCannotBeWritten)
