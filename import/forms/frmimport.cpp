@@ -5,8 +5,10 @@
 #include "sheets/wholefile.h"
 #include "shell/forms/filechooser.h"
 #include "shell/forms/runcommand.h"
+#include "shell/forms/workprogress.h"
 #include "shell/prompt.h"
 #include "shell/session.h"
+#include "shell/settings.h"
 #include "shell/statusline.h"
 
 #include <QCheckBox>
@@ -15,7 +17,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFormLayout>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -26,7 +27,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
-#include <algorithm>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -53,15 +54,6 @@ protected:
 
 private:
     const ReportModel& m_model;
-};
-
-class BusyCursor
-{
-public:
-    BusyCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~BusyCursor() { QGuiApplication::restoreOverrideCursor(); }
-    BusyCursor(const BusyCursor&) = delete;
-    BusyCursor& operator=(const BusyCursor&) = delete;
 };
 
 QString cellAt(const TextTable& table, std::size_t row, int column)
@@ -190,7 +182,7 @@ void frmImport::addButtons(QVBoxLayout& column)
 
 void frmImport::fillColumns()
 {
-    m_match = m_import->guess().columns;
+    m_match = m_import->guess(memory().names()).columns;
     m_columns->setRowCount(static_cast<int>(m_match.fields.size()));
     for (int column = 0; column < m_columns->rowCount(); ++column)
         addColumnRow(column);
@@ -246,28 +238,64 @@ void frmImport::readSheet()
 void frmImport::preview()
 {
     const QString problem = m_import->problem(choice());
-    m_run->setEnabled(problem.isEmpty());
+    m_run->setEnabled(false);
     if (!problem.isEmpty()) {
-        m_model->show({});
-        m_counts->setText(problem);
+        showNothing(problem);
         return;
     }
     shell::runCommand(m_parts.prompt, u"Список не был проверен."_s, [this] {
-        const BusyCursor busy;
-        showReport(*m_import->preview(choice()), u"Будет"_s);
+        std::optional<ListReport> report;
+        {
+            shell::WorkProgress progress(u"listProgress"_s, u"Список проверяется..."_s, this);
+            report = m_import->preview(choice(), std::ref(progress));
+        }
+        if (report)
+            showReport(*report, u"Будет"_s);
+        else
+            showNothing(u"Проверка прервана. Измените выбор, чтобы проверить список снова."_s);
         m_run->setEnabled(m_model->report().count(RowOutcome::Added)
                               + m_model->report().count(RowOutcome::Updated)
                           > 0);
     });
 }
 
+void frmImport::showNothing(const QString& reason)
+{
+    m_model->show({});
+    m_counts->setText(reason);
+}
+
+// Kept for each book.
+QString frmImport::memoryKey() const
+{
+    const std::string_view table = refbooks::bookInfo(m_source.book).table;
+    return u"frmImport/columns/"_s
+           + QString::fromLatin1(table.data(), static_cast<qsizetype>(table.size()));
+}
+
+ColumnMemory frmImport::memory() const
+{
+    return ColumnMemory::fromJson(m_parts.settings.remembered(memoryKey()));
+}
+
+void frmImport::rememberColumns()
+{
+    ColumnMemory memory = this->memory();
+    memory.learn(m_source.book, m_import->fields(), m_import->table(), choice().columns);
+    m_parts.settings.remember(memoryKey(), memory.toJson());
+}
+
 void frmImport::run()
 {
     shell::runCommand(m_parts.prompt, u"Список не был импортирован."_s, [this] {
-        const BusyCursor busy;
-        const auto report = m_import->run(choice());
+        std::optional<ListReport> report;
+        {
+            shell::WorkProgress progress(u"listProgress"_s, u"Идет импорт..."_s, this);
+            report = m_import->run(choice(), std::ref(progress));
+        }
         if (!report)
             return;
+        rememberColumns();
         m_hasImported = true;
         showReport(*report, u"Выполнено"_s);
         m_run->setEnabled(false);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "import/forms/importtimetable.h"
+#include "import/lists/columnmemory.h"
 #include "import/lists/listimport.h"
 
 #include <QDialog>
@@ -52,6 +53,10 @@ private:
     void run();
     void undo();
     void saveReport();
+    void showNothing(const QString& reason);
+    QString memoryKey() const;
+    ColumnMemory memory() const;
+    void rememberColumns();
     void showReport(const ListReport& report, const QString& what);
 
     ImportParts m_parts;

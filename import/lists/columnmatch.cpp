@@ -18,7 +18,7 @@ using refbooks::RecordField;
 
 constexpr std::size_t kRowsToSearch = 10;
 
-// What people call a field, beside its captions; in the form that plain() gives.
+// What people call a field, beside its captions; in the form that plainHead() gives.
 struct OtherNames
 {
     std::optional<Book> book; // nothing: every book that has the field
@@ -66,14 +66,11 @@ constexpr OtherNames kOtherNames[] = {
 constexpr QStringView kFullNames[] = {
     u"фио", u"фиостудента", u"фиоученика", u"фамилияимяотчество", u"студент", u"ученик"};
 
-// Letters and digits only, small: signs and blanks differ from file to file.
-QString plain(const QString& text)
+const QString kFullNameSign = u"*"_s; // in ColumnNames
+
+QString latin(std::string_view name)
 {
-    QString letters;
-    for (const QChar sign : text.toLower())
-        if (sign.isLetterOrNumber())
-            letters += sign == u'ё' ? QChar(u'е') : sign;
-    return letters;
+    return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
 }
 
 // The position of each name's field.
@@ -103,18 +100,29 @@ public:
             if (field.kind != refbooks::FieldKind::List || field.lookup == refbooks::Lookup::Sexes
                 || field.lookup == refbooks::Lookup::Subgroups
                 || field.lookup == refbooks::Lookup::Months)
-                add(field.field, QString::fromLatin1(field.field.data(),
-                                                     static_cast<qsizetype>(field.field.size())));
+                add(field.field, latin(field.field));
     }
 
-    int position(const QString& name) const { return m_positions.value(plain(name), kNoField); }
+    int position(const QString& name) const { return m_positions.value(plainHead(name), kNoField); }
+    // These names go before all others.
+    void add(const ColumnNames& known)
+    {
+        for (auto name = known.begin(); name != known.end(); ++name) {
+            const auto field = std::ranges::find(
+                m_fields, name.value(), [](const auto& each) { return latin(each.field); });
+            if (name.value().isEmpty() || name.value() == kFullNameSign)
+                m_positions.insert(name.key(), name.value().isEmpty() ? kNoField : kFullName);
+            else if (field != m_fields.end())
+                m_positions.insert(name.key(), static_cast<int>(field - m_fields.begin()));
+        }
+    }
 
 private:
     // The first field of a name keeps it.
     void add(std::string_view field, const QString& name)
     {
         const auto found = std::ranges::find(m_fields, field, &RecordField::field);
-        const QString key = plain(name);
+        const QString key = plainHead(name);
         if (found != m_fields.end() && !key.isEmpty() && !m_positions.contains(key))
             m_positions.insert(key, static_cast<int>(found - m_fields.begin()));
     }
@@ -136,17 +144,41 @@ std::vector<int> fieldsOfRow(const FieldNames& names, const QStringList& cells)
 
 } // namespace
 
-ColumnMatch matchColumns(Book book, const std::vector<RecordField>& fields, const TextTable& table)
+QString nameOfField(const std::vector<RecordField>& fields, int field)
 {
-    const FieldNames names(book, fields);
+    if (field == kFullName)
+        return kFullNameSign;
+    return field == kNoField ? QString() : latin(fields[static_cast<std::size_t>(field)].field);
+}
+
+QString plainHead(const QString& text)
+{
+    QString letters;
+    for (const QChar sign : text.toLower())
+        if (sign.isLetterOrNumber())
+            letters += sign == u'ё' ? QChar(u'е') : sign;
+    return letters;
+}
+
+std::vector<int> guessedFields(Book book, const std::vector<RecordField>& fields,
+                               const QStringList& heads)
+{
+    return fieldsOfRow(FieldNames(book, fields), heads);
+}
+
+ColumnMatch matchColumns(Book book, const std::vector<RecordField>& fields, const TextTable& table,
+                         const ColumnNames& known)
+{
+    FieldNames names(book, fields);
+    names.add(known);
     ColumnMatch best;
     std::ptrdiff_t most = -1;
     for (std::size_t row = 0; row < std::min(table.rows.size(), kRowsToSearch); ++row) {
         ColumnMatch match{row, fieldsOfRow(names, table.rows[row].cells)};
-        const auto known =
+        const auto told =
             std::ranges::count_if(match.fields, [](int field) { return field != kNoField; });
-        if (known > most) {
-            most = known;
+        if (told > most) {
+            most = told;
             best = std::move(match);
         }
     }

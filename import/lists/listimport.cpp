@@ -97,6 +97,7 @@ private:
         if (refbooks::RecordCheck(draft, m_session, m_prompt).failedField())
             return refused(result, m_prompt.takeRefusal());
         try {
+            m_source.createNamed();
             const auto key = refbooks::storeRecord(m_session.database(), draft);
             if (outcome == RowOutcome::Added)
                 m_undo.added(draft.book, *key);
@@ -176,9 +177,9 @@ const refbooks::Choices& ListImport::groups() const
     return m_blank.choices[static_cast<std::size_t>(m_blank.position("IDG"))];
 }
 
-ListChoice ListImport::guess() const
+ListChoice ListImport::guess(const ColumnNames& known) const
 {
-    return {.columns = matchColumns(m_blank.book, m_blank.fields, m_table)};
+    return {.columns = matchColumns(m_blank.book, m_blank.fields, m_table, known)};
 }
 
 QString ListImport::problem(const ListChoice& choice) const
@@ -188,6 +189,10 @@ QString ListImport::problem(const ListChoice& choice) const
     };
     if (std::ranges::all_of(choice.columns.fields, [](int field) { return field == kNoField; }))
         return u"Ни одна графа файла не соответствует полю справочника."_s;
+    for (int field = 0; field < static_cast<int>(m_blank.fields.size()); ++field)
+        if (std::ranges::count(choice.columns.fields, field) > 1)
+            return u"Поле \"%1\" выбрано для двух граф: оставьте одну."_s.arg(
+                m_blank.fields[static_cast<std::size_t>(field)].name());
     if (choice.columns.headRow + 1 >= m_table.rows.size())
         return u"Под названиями граф нет строк."_s;
     if (m_blank.book == Book::Students && !choice.group && !fills(m_blank.position("IDG")))

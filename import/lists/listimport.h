@@ -36,8 +36,8 @@ public:
     // The groups that students can go to.
     const refbooks::Choices& groups() const;
 
-    // What is set until the user changes it: the columns as guessed.
-    ListChoice guess() const;
+    // What is set until the user changes it: the columns as known from before or guessed.
+    ListChoice guess(const ColumnNames& known = {}) const;
     // Why such a choice cannot be carried out, "" when it can.
     QString problem(const ListChoice& choice) const;
 

@@ -8,6 +8,7 @@
 #include "shell/session.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -48,6 +49,24 @@ std::optional<Book> bookBehind(Lookup lookup)
     }
 }
 
+// Below every key and every number that a list shows.
+constexpr int kToBeCreated = -1'000'000;
+
+// A new row that has but a name; nothing when its own book's check refuses it, as a name that is
+// too long.
+std::optional<RecordDraft> namedRow(shell::Session& session, Book book, std::string_view field,
+                                    const QString& name)
+{
+    RecordDraft draft{.book = book, .fields = refbooks::recordFields(book, session.wording())};
+    draft.values.resize(draft.fields.size());
+    draft.choices.resize(draft.fields.size());
+    draft.value(field).text = name;
+    CapturingPrompt prompt;
+    if (refbooks::RecordCheck(draft, session, prompt).failedField())
+        return std::nullopt;
+    return draft;
+}
+
 } // namespace
 
 std::optional<std::pair<Book, std::string_view>> createdByName(Lookup lookup,
@@ -85,6 +104,7 @@ RecordSource::RecordSource(shell::Session& session, const RecordDraft& blank,
 
 void RecordSource::begin()
 {
+    forgetNamed();
     m_draft.mode = refbooks::RecordMode::New;
     m_draft.key = 0;
     m_draft.values = m_blank.values;
@@ -93,6 +113,7 @@ void RecordSource::begin()
 
 void RecordSource::begin(std::int64_t key)
 {
+    forgetNamed();
     m_draft.mode = refbooks::RecordMode::Edit;
     m_draft.key = key;
     refbooks::readRecord(m_session.database(), m_draft);
@@ -128,25 +149,55 @@ QString RecordSource::fill(int field, const QString& text)
 QString RecordSource::fillList(int field, const QString& text)
 {
     const auto at = static_cast<std::size_t>(field);
-    const RecordField& info = m_draft.fields[at];
     const NameLookup::Found found = m_lookups[at].find(text);
-    std::optional<int> key = found.key;
     if (found.isAmbiguous)
-        return u"В списке \"%1\" строк с именем \"%2\" несколько."_s.arg(info.name(), text);
-    if (!key) {
-        MissingName& missing = noted(field, text);
-        const auto maker = createdByName(*info.lookup, m_session.wording());
-        missing.canBeCreated = maker.has_value();
-        if (maker && m_choice.createMissing)
-            key = create(maker->first, maker->second, text);
-        if (!key)
-            return u"В списке \"%1\" нет строки \"%2\"."_s.arg(info.name(), text);
-        missing.isCreated = true;
-        m_lookups[at].add(*key, text);
-        m_draft.choices[at].push_back({*key, text});
-    }
-    m_draft.values[at].choice = key;
+        return u"В списке \"%1\" строк с именем \"%2\" несколько."_s.arg(m_draft.fields[at].name(),
+                                                                         text);
+    if (!found.key)
+        return nameMissing(field, text);
+    m_draft.values[at].choice = found.key;
     return {};
+}
+
+// The row that the name asks for stands in the list under a key of its own until it is created.
+QString RecordSource::nameMissing(int field, const QString& text)
+{
+    const auto at = static_cast<std::size_t>(field);
+    const RecordField& info = m_draft.fields[at];
+    const auto maker = createdByName(*info.lookup, m_session.wording());
+    MissingName& missing = missingName(field, text);
+    missing.canBeCreated = maker.has_value();
+    if (!m_isSecondFill)
+        ++missing.rows;
+    std::optional<RecordDraft> row;
+    if (maker && m_choice.createMissing)
+        row = namedRow(m_session, maker->first, maker->second, text);
+    if (!row)
+        return u"В списке \"%1\" нет строки \"%2\"."_s.arg(info.name(), text);
+    const int key = kToBeCreated - field;
+    m_draft.choices[at].push_back({key, text});
+    m_draft.values[at].choice = key;
+    m_named.push_back({field, std::move(*row), text});
+    return {};
+}
+
+void RecordSource::createNamed()
+{
+    for (const Named& named : std::exchange(m_named, {})) {
+        const auto at = static_cast<std::size_t>(named.field);
+        const auto key = refbooks::storeRecord(m_session.database(), named.row);
+        m_undo.added(named.row.book, *key);
+        missingName(named.field, named.name).isCreated = true;
+        m_lookups[at].add(static_cast<int>(*key), named.name);
+        m_draft.choices[at].back().key = static_cast<int>(*key);
+        m_draft.values[at].choice = static_cast<int>(*key);
+    }
+}
+
+void RecordSource::forgetNamed()
+{
+    for (const Named& named : std::exchange(m_named, {}))
+        m_draft.choices[static_cast<std::size_t>(named.field)].pop_back();
 }
 
 // "Иванов Иван Иванович оглы": what follows the name is the patronymic.
@@ -158,7 +209,7 @@ void RecordSource::fillFullName(const QString& text)
     m_draft.value("OTCH").text = words.section(u' ', 2);
 }
 
-MissingName& RecordSource::noted(int field, const QString& name)
+MissingName& RecordSource::missingName(int field, const QString& name)
 {
     const QString list = m_draft.fields[static_cast<std::size_t>(field)].name();
     auto found = std::ranges::find_if(m_missing, [&](const MissingName& each) {
@@ -166,24 +217,7 @@ MissingName& RecordSource::noted(int field, const QString& name)
     });
     if (found == m_missing.end())
         found = m_missing.insert(m_missing.end(), {.list = list, .name = name});
-    if (!m_isSecondFill)
-        ++found->rows;
     return *found;
-}
-
-// Nothing when the other book's own check refuses it, as for a name that is too long.
-std::optional<int> RecordSource::create(Book book, std::string_view field, const QString& name)
-{
-    RecordDraft draft{.book = book, .fields = refbooks::recordFields(book, m_session.wording())};
-    draft.values.resize(draft.fields.size());
-    draft.choices.resize(draft.fields.size());
-    draft.value(field).text = name;
-    CapturingPrompt prompt;
-    if (refbooks::RecordCheck(draft, m_session, prompt).failedField())
-        return {};
-    const auto key = refbooks::storeRecord(m_session.database(), draft);
-    m_undo.added(book, *key);
-    return static_cast<int>(*key);
 }
 
 QString RecordSource::name() const

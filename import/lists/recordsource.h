@@ -26,8 +26,12 @@ public:
     void begin();
     void begin(std::int64_t key);
     // Fills the record; empty cells leave what it holds. Gives why it cannot be, "" when it was
-    // done. A name that a list lacks is created if the choice says so. Throws jet::Error.
+    // done. A name that a list lacks stands for a row still to be created if the choice says so.
+    // Throws jet::Error.
     QString fill(const QStringList& cells);
+    // Creates these rows and puts their keys into the record, which is to be stored right after.
+    // Throws jet::Error.
+    void createNamed();
 
     const std::vector<MissingName>& missing() const { return m_missing; }
     // What messages call the record.
@@ -37,8 +41,9 @@ private:
     QString fill(int field, const QString& text);
     QString fillList(int field, const QString& text);
     void fillFullName(const QString& text);
-    MissingName& noted(int field, const QString& name);
-    std::optional<int> create(refbooks::Book book, std::string_view field, const QString& name);
+    void forgetNamed();
+    QString nameMissing(int field, const QString& text);
+    MissingName& missingName(int field, const QString& name);
 
     shell::Session& m_session;
     const refbooks::RecordDraft& m_blank;
@@ -48,6 +53,14 @@ private:
     refbooks::RecordDraft m_draft;
     std::vector<NameLookup> m_lookups; // for each field
     std::vector<MissingName> m_missing;
+    // Rows of other books that the record needs, and the field that does.
+    struct Named
+    {
+        int field = 0;
+        refbooks::RecordDraft row;
+        QString name;
+    };
+    std::vector<Named> m_named;
     bool m_isSecondFill = false; // of a row: its missing names are counted already
 };
 

@@ -2,10 +2,13 @@
 #include "journals/forms/frmhpos.h"
 #include "refbooks/catalogue.h"
 #include "tests/shell_forms/mainwindow.h"
+#include "tests/shell_forms/modal.h"
 
 #include <QComboBox>
+#include <QFile>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QTableView>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -70,6 +73,25 @@ TEST_F(Books, OpenFromTheMenuOnceEach)
     EXPECT_TRUE(action(u"mnuSprKaf"_s)->isEnabled());
     trigger(u"mnuFileClose"_s);
     EXPECT_EQ(opened().size(), 0);
+}
+
+TEST_F(Books, ShowTheRowsOfAnImportedList)
+{
+    startProgram();
+    chooser.answer = pathOf(u"учителя.csv"_s);
+    QFile file(chooser.answer);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(u"ФИО;Таб. №\nБелов Б.Б.;7\nАнина А.А.;8\n"_s.toUtf8());
+    file.close();
+    trigger(u"mnuprepod"_s);
+    inNextDialog<QDialog>([](QDialog& dialog) {
+        QTest::keyClick(&dialog, Qt::Key_Return);
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    active()->findChild<QAction*>(u"keyImp"_s)->trigger();
+    const auto* rows = active()->findChild<QTableView*>(u"lvList"_s)->model();
+    ASSERT_EQ(rows->rowCount(), 2);
+    EXPECT_EQ(rows->index(0, 1).data(), u"Анина А.А."_s);
 }
 
 TEST_F(Books, LeadFromTheWorkloadToTheAttendanceJournal)

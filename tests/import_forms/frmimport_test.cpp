@@ -89,6 +89,26 @@ TEST_F(ListWindow, ImportsStudentsIntoTheChosenGroupAndTakesThemBack)
     EXPECT_TRUE(report.readAll().contains(u"Строка 3 (Петров): отклонена."_s.toUtf8()));
 }
 
+TEST_F(ListWindow, RemembersWhereColumnsWent)
+{
+    const auto fieldOf = [](QDialog& dialog, int column) {
+        auto* columns = dialog.findChild<QTableWidget*>(u"Columns"_s);
+        return qobject_cast<QComboBox*>(columns->cellWidget(column, 2));
+    };
+    EXPECT_TRUE(
+        open(refbooks::Book::Departments, u"Кто\nФизика\n"_s.toUtf8(), [&](QDialog& dialog) {
+            QTest::keyClick(fieldOf(dialog, 0), Qt::Key_Down);
+            click(dialog, u"Run"_s);
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        }));
+    EXPECT_TRUE(open(refbooks::Book::Departments, u"Кто\nХимия\n"_s.toUtf8(), [&](QDialog& dialog) {
+        EXPECT_EQ(fieldOf(dialog, 0)->currentData().toInt(), 0);
+        click(dialog, u"Run"_s);
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    }));
+    EXPECT_EQ(rows("SELECT NAIM FROM SPKAF ORDER BY NAIM"), (QStringList{u"Физика"_s, u"Химия"_s}));
+}
+
 TEST_F(ListWindow, ChangesNothingWhenClosedOrRefused)
 {
     EXPECT_FALSE(

@@ -1,3 +1,4 @@
+#include "import/lists/columnmemory.h"
 #include "import/lists/listimport.h"
 
 #include "demo/demo.h"
@@ -130,15 +131,17 @@ TEST_F(ListImports, CreatesNamesThatNeedNothingElse)
     add("SPOTD", {{"Kod", "09"}, {"Naim", "Системы"}, {"Sokr", "ИС"}});
     const QStringList lines = {u"Специальность|Курс|Название|Куратор"_s,
                                u"системы|2|ИС-21|Орлов О.О."_s, u"ИС|1|ИС-11|орлов О. О."_s,
-                               u"Право|1|П-11|"_s, u"09 Системы|3.5|ИС-31|"_s};
+                               u"Право|1|П-11|Лишний Л.Л."_s, u"09 Системы|3.5|ИС-31|"_s};
     const auto import = opened(Book::Groups, lines);
     ListChoice choice = import->guess();
     EXPECT_EQ(import->preview(choice)->count(RowOutcome::Added), 0);
     choice.createMissing = true;
     const ListReport report = *import->run(choice);
     EXPECT_EQ(report.count(RowOutcome::Added), 2);
-    ASSERT_EQ(report.missing.size(), 2u);
+    ASSERT_EQ(report.missing.size(), 3u);
     EXPECT_TRUE(report.missing[0].isCreated);
+    EXPECT_FALSE(report.missing[2].isCreated) << "its row is refused";
+    EXPECT_EQ(rows("SELECT FAMIO FROM SPPREP"), QStringList{u"Орлов О.О."_s});
     EXPECT_FALSE(report.missing[1].canBeCreated) << "a speciality needs a code as well";
     EXPECT_TRUE(report.text(u"Импорт"_s).contains(u"Нет в списке \"Специальность\": Право"_s));
     const std::string groups = "SELECT SPGRUP.NAIM, KURS, FAMIO FROM SPGRUP LEFT JOIN SPPREP ON "
@@ -146,6 +149,28 @@ TEST_F(ListImports, CreatesNamesThatNeedNothingElse)
     EXPECT_EQ(rows(groups), (QStringList{u"ИС-11 1 Орлов О.О."_s, u"ИС-21 2 Орлов О.О."_s}));
     EXPECT_TRUE(import->undo(prompt));
     EXPECT_EQ(rows(groups) + rows("SELECT * FROM SPPREP"), QStringList());
+}
+
+TEST_F(ListImports, KnowsColumnsAsTheyWereChosenBefore)
+{
+    const QStringList lines = {u"Кто|Связь|Название"_s, u"Физика|12|x"_s};
+    const auto import = opened(Book::Departments, lines);
+    ListChoice choice = import->guess();
+    EXPECT_EQ(choice.columns.fields, (std::vector<int>{kNoField, kNoField, 0}));
+    choice.columns.fields[0] = 0;
+    EXPECT_EQ(import->problem(choice),
+              u"Поле \"Наименование\" выбрано для двух граф: оставьте одну."_s);
+    choice.columns.fields[2] = kNoField;
+    ColumnMemory memory;
+    memory.learn(Book::Departments, import->fields(), import->table(), choice.columns);
+    memory = ColumnMemory::fromJson(memory.toJson());
+    EXPECT_EQ(import->guess(memory.names()).columns, choice.columns);
+
+    choice.columns = import->guess().columns; // back to the guess: nothing is left to remember
+    memory.learn(Book::Departments, import->fields(), import->table(), choice.columns);
+    EXPECT_TRUE(memory.names().isEmpty());
+    EXPECT_TRUE(ColumnMemory::fromJson("[1, {").names().isEmpty());
+    EXPECT_EQ(import->guess({{u"кто"_s, u"НЕТ"_s}}).columns, import->guess().columns);
 }
 
 TEST_F(ListImports, IsNotUndoneOverLaterWork)
