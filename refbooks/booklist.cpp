@@ -1,6 +1,7 @@
 #include "refbooks/booklist.h"
 
 #include "jet/database.h"
+#include "refbooks/worded.h"
 
 #include <QStringList>
 
@@ -78,10 +79,24 @@ void BookList::load(jet::Database& database, const ListFilter& filter)
     }
     for (ColumnTexts& column : cells)
         column.finish();
+    if (m_book == Book::Lessons)
+        m_leftOut =
+            database.count("SELECT ID FROM UROKI;") - static_cast<std::int64_t>(keys.size());
     m_keys = std::move(keys);
     m_cells = std::move(cells);
     m_kinds = std::move(kinds);
     arrange();
+}
+
+// Who has just imported lessons must not think them lost.
+QString BookList::leftOut() const
+{
+    if (m_leftOut == 0)
+        return {};
+    return worded(m_wording,
+                  u"Показаны занятия, которые ведут классные руководители групп. Остальных занятий "
+                  "в журнале: %L1."_s)
+        .arg(m_leftOut);
 }
 
 const QString& BookList::text(int row, int column) const

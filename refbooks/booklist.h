@@ -39,6 +39,8 @@ public:
     void load(jet::Database& database, const ListFilter& filter);
 
     int rowCount() const { return static_cast<int>(m_shown.size()); }
+    // What the list leaves out by its query, as a sentence for the user; "" for nothing.
+    QString leftOut() const;
     int loadedCount() const { return static_cast<int>(m_keys.size()); }
     std::int64_t key(int row) const { return m_keys[m_shown[static_cast<std::size_t>(row)]]; }
     const QString& text(int row, int column) const;
@@ -69,6 +71,7 @@ private:
     std::vector<ColumnTexts> m_cells; // of each column
     std::vector<ColumnKind> m_kinds;
     std::vector<std::uint32_t> m_shown;
+    std::int64_t m_leftOut = 0; // rows
     std::optional<int> m_sortColumn;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     QString m_line;

@@ -304,6 +304,8 @@ void frmSPRAV::showCount()
         text += u" из %L1"_s.arg(list.loadedCount());
     if (const int selected = ui->lvList->selectedRowCount(); selected > 1)
         text += u"    Выделено: %L1"_s.arg(selected);
+    if (const QString leftOut = list.leftOut(); !leftOut.isEmpty())
+        text += u"    "_s + leftOut;
     ui->lblCount->setText(text);
 }
 

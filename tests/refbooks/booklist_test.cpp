@@ -222,6 +222,8 @@ TEST_F(BookLists, ShowLessonsOfFormTeachers)
     ASSERT_EQ(list.rowCount(), 2);
     EXPECT_EQ(headers(list), (QStringList{u"Дата"_s, u"№ урока"_s, u"Учитель"_s, u"Класс"_s,
                                           u"Подгуппа"_s, u"Предмет"_s}));
+    EXPECT_EQ(list.leftOut(), u"Показаны уроки, которые ведут классные руководители. Остальных "
+                              "уроков в журнале: 1."_s);
     EXPECT_EQ(list.key(0), first);
     EXPECT_EQ(list.key(1), later);
     EXPECT_EQ(cells(list, 1), (QStringList{u"02.11.2022"_s, u"3"_s, u"Иванов И.И."_s, u"ИС-21"_s,
