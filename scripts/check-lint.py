@@ -82,9 +82,11 @@ def together(batch, flags, folder):
             later = batch[1:]
         part = [path for path in batch if path not in later]
         # What failed may have hidden what fails after it.
-        while len(part) > 1 and (more := clashing(part, flags, folder)):
+        more = later
+        while more and len(part) > 1:
+            more = clashing(part, flags, folder)
             part = [path for path in part if path not in more]
-            later += more
+            later = later + more
         parts.append(part)
         batch = later
     return parts
