@@ -29,14 +29,16 @@ public:
     void information(const QString&) override {}
 };
 
+// A process that was killed may have left folders behind, and its number may come again.
 fs::path freshFolder()
 {
     static std::atomic<int> number = 0;
-    const auto name = "journal-" + std::to_string(QCoreApplication::applicationPid()) + "-"
-                      + std::to_string(++number);
-    fs::path folder = fs::temp_directory_path() / name;
-    fs::create_directories(folder);
-    return folder;
+    const auto name = "journal-" + std::to_string(QCoreApplication::applicationPid()) + "-";
+    for (;;) {
+        fs::path folder = fs::temp_directory_path() / (name + std::to_string(++number));
+        if (fs::create_directory(folder))
+            return folder;
+    }
 }
 
 std::unique_ptr<data::Journal> opened(const fs::path& path, bool create)
