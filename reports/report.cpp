@@ -108,8 +108,8 @@ std::optional<papers::Document> makeReport(const StatementSource& source,
     papers::Document document{kindName(request.kind), {}, {}};
     if (request.kind == ReportKind::Summary) {
         document.name = documentName(source, request, {});
-        document.papers = summaryStatement(source, request);
-        return document;
+        document.papers = summaryStatement(source, request, goesOn);
+        return document.papers.empty() ? std::nullopt : std::optional(std::move(document));
     }
     const auto groups = groupsOf(source, request);
     document.name = documentName(source, request, groups);

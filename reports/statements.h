@@ -6,6 +6,8 @@
 
 #include "data/settingsrow.h"
 
+#include <cstddef>
+#include <functional>
 #include <vector>
 
 namespace jet {
@@ -36,8 +38,9 @@ std::vector<papers::Paper> reportCards(const StatementSource& source, const Repo
                                        journals::GroupId group);
 std::vector<papers::Paper> finalStatement(const StatementSource& source,
                                           const ReportRequest& request, journals::GroupId group);
-// Of the whole institution.
-std::vector<papers::Paper> summaryStatement(const StatementSource& source,
-                                            const ReportRequest& request);
+// Of the whole institution; nothing when `goesOn`, asked before each group, gave false.
+std::vector<papers::Paper>
+summaryStatement(const StatementSource& source, const ReportRequest& request,
+                 const std::function<bool(std::size_t done, std::size_t all)>& goesOn);
 
 } // namespace reports

@@ -137,10 +137,12 @@ bool DocumentFiles::writeEach(FileKind kind, const papers::Document& whole,
         }
     });
     if (written > 0) {
-        m_parts.status.show(u"Сохранено файлов: %1 из %2, в папке: %3"_s.arg(
+        const QString text = u"Сохранено файлов: %1 из %2, в папке: %3"_s.arg(
             QString::number(written), QString::number(documents.size()),
-            QDir::toNativeSeparators(folder)));
-        m_parts.chooser.reveal(path);
+            QDir::toNativeSeparators(folder));
+        m_parts.status.show(text);
+        if (!m_parts.chooser.reveal(path))
+            m_parts.prompt.information(text);
     }
     return ran && written == documents.size();
 }

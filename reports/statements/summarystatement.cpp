@@ -93,12 +93,18 @@ Figures readFigures(const StatementSource& source, const ReportRequest& request,
                 performance.all(), taughtHours(source.database, group, monthsOf(request)), missed)};
 }
 
-// By name; groups without a speciality stand last.
-std::vector<Speciality> readSpecialities(const StatementSource& source,
-                                         const ReportRequest& request)
+using GoesOn = std::function<bool(std::size_t done, std::size_t all)>;
+
+// By name; groups without a speciality stand last. Nothing when it was not to go on.
+std::optional<std::vector<Speciality>>
+readSpecialities(const StatementSource& source, const ReportRequest& request, const GoesOn& goesOn)
 {
     std::vector<Speciality> specialities;
-    for (const auto& entry : journals::groupList(source.database)) {
+    const auto groups = journals::groupList(source.database);
+    std::size_t done = 0;
+    for (const auto& entry : groups) {
+        if (!goesOn(done++, groups.size()))
+            return std::nullopt;
         Group group{readGroup(source.database, entry.key), readFigures(source, request, entry.key)};
         const QString name = specialityText(group.row);
         auto found = std::ranges::find(specialities, name, &Speciality::name);
@@ -254,9 +260,12 @@ std::vector<Row> headOf(const StatementSource& source)
 
 } // namespace
 
-std::vector<Paper> summaryStatement(const StatementSource& source, const ReportRequest& request)
+std::vector<Paper> summaryStatement(const StatementSource& source, const ReportRequest& request,
+                                    const GoesOn& goesOn)
 {
-    const auto specialities = readSpecialities(source, request);
+    const auto specialities = readSpecialities(source, request, goesOn);
+    if (!specialities)
+        return {};
     Paper paper;
     paper.name = reportTitle(ReportKind::Summary);
     paper.title = u"СВОДНЫЙ ОТЧЕТ ПО УСПЕВАЕМОСТИ И ПОСЕЩАЕМОСТИ"_s;
@@ -266,7 +275,7 @@ std::vector<Paper> summaryStatement(const StatementSource& source, const ReportR
     paper.widths = {kNumberWidth, kGroupWidth, kCuratorWidth};
     paper.widths.insert(paper.widths.end(), ColumnCount, kFigureWidth);
     paper.head = headOf(source);
-    paper.body = SummaryTable(source).fill(specialities);
+    paper.body = SummaryTable(source).fill(*specialities);
     paper.notes = {worded(source.wording,
                           u"Каждый студент учтен один раз: без оценок; иначе с «2»; иначе с «3»; "
                           "иначе на «4» и «5»; иначе на «5»."_s),

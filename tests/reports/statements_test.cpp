@@ -300,6 +300,9 @@ TEST_F(StatementTest, StopsBetweenGroupsWhenCancelled)
     EXPECT_FALSE(makeReport(source, wanted, [&calls](int) { return ++calls < 3; }));
     EXPECT_EQ(calls, 3) << "once at the beginning, then before each group";
     EXPECT_EQ(make(wanted).papers.size(), 2u);
+    calls = 0;
+    wanted.kind = ReportKind::Summary;
+    EXPECT_FALSE(makeReport(source, wanted, [&calls](int) { return ++calls < 3; }));
 }
 
 TEST_F(StatementTest, ASchoolReadsItsOwnWordsAndKeepsItsData)
