@@ -14,7 +14,7 @@ namespace cli {
 
 namespace {
 
-struct Options
+struct AbsenceDayOptions
 {
     std::string file;
     std::int32_t student = 0;
@@ -25,7 +25,7 @@ struct Options
     bool yes = false;
 };
 
-void setHours(journals::DayAbsences& day, const Options& options, int subgroup, int hours)
+void setHours(journals::DayAbsences& day, const AbsenceDayOptions& options, int subgroup, int hours)
 {
     const bool excused = options.reason == "excused";
     std::vector<int> found;
@@ -58,7 +58,7 @@ void print(std::ostream& out, const journals::DayAbsences& day)
                  rows);
 }
 
-void run(const Options& options, Streams streams)
+void run(const AbsenceDayOptions& options, Streams streams)
 {
     const QDate date = dateArgument(options.date);
     TerminalPrompt prompt(streams.err, options.yes);
@@ -86,7 +86,8 @@ void run(const Options& options, Streams streams)
 
 void addAbsenceDay(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "absence-day", "Записать пропуски студента за день");
+    Command<AbsenceDayOptions> command(program, "absence-day",
+                                       "Записать пропуски студента за день");
     auto& options = *command.options;
     command.app.add_option("FILE", options.file, "Файл журнала")->required();
     command.app.add_option("--student", options.student, "Номер студента")->required();
@@ -103,7 +104,7 @@ void addAbsenceDay(CLI::App& program, Streams streams)
         ->check(CLI::IsMember({"excused", "unexcused"}));
     command.app.add_flag("--yes", options.yes,
                          "Удалить пропуски дня, которые не относятся ни к одному занятию");
-    command.calls([streams](const Options& values) { run(values, streams); });
+    command.calls([streams](const AbsenceDayOptions& values) { run(values, streams); });
 }
 
 } // namespace cli

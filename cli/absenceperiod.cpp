@@ -13,7 +13,7 @@ namespace cli {
 
 namespace {
 
-struct Options
+struct AbsencePeriodOptions
 {
     std::string file;
     std::vector<std::int32_t> students;
@@ -39,7 +39,7 @@ void settle(journals::PeriodAbsence& period, std::optional<int> subgroup)
     }
 }
 
-void run(const Options& options, Streams streams)
+void run(const AbsencePeriodOptions& options, Streams streams)
 {
     journals::PeriodRequest request;
     request.from = dateArgument(options.from);
@@ -69,7 +69,8 @@ void run(const Options& options, Streams streams)
 
 void addAbsencePeriod(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "absence-period", "Записать пропуск всех занятий за период");
+    Command<AbsencePeriodOptions> command(program, "absence-period",
+                                          "Записать пропуск всех занятий за период");
     auto& options = *command.options;
     command.app.add_option("FILE", options.file, "Файл журнала")->required();
     command.app.add_option("--student", options.students, "Номер студента, можно несколько")
@@ -82,7 +83,7 @@ void addAbsencePeriod(CLI::App& program, Streams streams)
         "--subgroup", options.subgroup,
         "Подгруппа, когда в одно время несколько занятий; без нее подгруппа студента");
     command.app.add_flag("--yes", options.yes, "Записать пропуски и полным тезкам студента");
-    command.calls([streams](const Options& values) { run(values, streams); });
+    command.calls([streams](const AbsencePeriodOptions& values) { run(values, streams); });
 }
 
 } // namespace cli

@@ -20,7 +20,7 @@ using Json = nlohmann::ordered_json;
 using journals::AttendanceMode;
 using journals::AttendanceSheet;
 
-struct Options
+struct AttendanceOptions
 {
     std::string file;
     std::string group;
@@ -32,7 +32,7 @@ struct Options
     bool json = false;
 };
 
-journals::AttendanceSelection selection(jet::Database& database, const Options& options)
+journals::AttendanceSelection selection(jet::Database& database, const AttendanceOptions& options)
 {
     journals::AttendanceSelection chosen;
     chosen.group = journals::GroupId(static_cast<std::int32_t>(findGroup(database, options.group)));
@@ -119,7 +119,7 @@ void printAsText(std::ostream& out, const AttendanceSheet& sheet)
     printAligned(out, header, rows);
 }
 
-void run(const Options& options, Streams streams)
+void run(const AttendanceOptions& options, Streams streams)
 {
     TerminalPrompt prompt(streams.err);
     const auto journal = openJournal(options.file, prompt);
@@ -144,7 +144,8 @@ void run(const Options& options, Streams streams)
 
 void addAttendance(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "attendance", "Ведомость пропусков группы за месяц");
+    Command<AttendanceOptions> command(program, "attendance",
+                                       "Ведомость пропусков группы за месяц");
     auto& options = *command.options;
     command.app.add_option("FILE", options.file, "Файл журнала")->required();
     command.app.add_option("--group", options.group, "Группа: номер или имя")->required();
@@ -159,7 +160,7 @@ void addAttendance(CLI::App& program, Streams streams)
     command.app.add_option("--mode", options.mode, "day: по дням, lesson: по занятиям")
         ->transform(CLI::CheckedTransformer(modes));
     command.app.add_flag("--json", options.json, "Вывести JSON");
-    command.calls([streams](const Options& values) { run(values, streams); });
+    command.calls([streams](const AttendanceOptions& values) { run(values, streams); });
 }
 
 } // namespace cli

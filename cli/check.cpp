@@ -19,7 +19,7 @@ namespace cli {
 
 namespace {
 
-struct Options
+struct CheckOptions
 {
     std::string file;
     bool deep = false;
@@ -97,7 +97,7 @@ nlohmann::ordered_json jsonOf(const DeepCheck& check)
     return document;
 }
 
-void run(const Options& options, Streams streams)
+void run(const CheckOptions& options, Streams streams)
 {
     std::optional<DeepCheck> check;
     if (options.deep)
@@ -121,14 +121,14 @@ void run(const Options& options, Streams streams)
 
 void addCheck(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "check", "Открыть, проверить и обновить файл журнала");
+    Command<CheckOptions> command(program, "check", "Открыть, проверить и обновить файл журнала");
     command.app.add_option("FILE", command.options->file, "Файл журнала")->required();
     auto* deep = command.app.add_flag("--deep", command.options->deep,
                                       "Сначала проверить каждую страницу, строку и каждый индекс");
     command.app
         .add_flag("--json", command.options->json, "Итог полной проверки одним документом JSON")
         ->needs(deep);
-    command.calls([streams](const Options& options) { run(options, streams); });
+    command.calls([streams](const CheckOptions& options) { run(options, streams); });
 }
 
 } // namespace cli

@@ -11,7 +11,7 @@ namespace cli {
 
 namespace {
 
-struct Options
+struct CompactOptions
 {
     std::string file, target;
     bool repair = false, encoded = false, plain = false;
@@ -44,7 +44,7 @@ void print(std::ostream& out, const jet::Loss& loss)
     out << loss.text << '\n';
 }
 
-void run(const Options& options, Streams streams)
+void run(const CompactOptions& options, Streams streams)
 {
     jet::CompactOptions wanted;
     wanted.repair = options.repair;
@@ -65,8 +65,8 @@ void run(const Options& options, Streams streams)
 
 void addCompact(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "compact",
-                             "Записать файл базы данных заново, без пустых мест");
+    Command<CompactOptions> command(program, "compact",
+                                    "Записать файл базы данных заново, без пустых мест");
     command.app.add_option("FILE", command.options->file, "Файл базы данных")->required();
     command.app.add_option("OUT", command.options->target, "Путь к новому файлу")->required();
     command.app.add_flag("--repair", command.options->repair,
@@ -78,7 +78,7 @@ void addCompact(CLI::App& program, Streams streams)
                   "Новый файл не кодировать, даже если старый был "
                   "закодирован")
         ->excludes(encoded);
-    command.calls([streams](const Options& options) { run(options, streams); });
+    command.calls([streams](const CompactOptions& options) { run(options, streams); });
 }
 
 } // namespace cli

@@ -18,7 +18,7 @@ namespace {
 
 using journals::FinalsKind;
 
-struct Options
+struct FinalsOptions
 {
     std::string file;
     std::string group;
@@ -30,7 +30,7 @@ struct Options
 };
 
 // What the choice cannot do without, or does not take.
-void checkDates(const Options& options)
+void checkDates(const FinalsOptions& options)
 {
     const bool needsFrom = options.kind == FinalsKind::Period || options.kind == FinalsKind::Month;
     if (needsFrom && options.from.empty())
@@ -43,7 +43,7 @@ void checkDates(const Options& options)
         throw CLI::ValidationError("--from", "с --kind year даты не указывают");
 }
 
-journals::FinalsRequest request(shell::Session& session, const Options& options)
+journals::FinalsRequest request(shell::Session& session, const FinalsOptions& options)
 {
     journals::FinalsRequest request;
     request.kind = options.kind;
@@ -73,7 +73,7 @@ void printPlan(std::ostream& out, const journals::FinalsPlan& plan)
         out, {"№", worded(u"ФИО студента"_s), "Дата", "Было", "Стало", "Средний", "Оценок"}, rows);
 }
 
-void run(const Options& options, Streams streams)
+void run(const FinalsOptions& options, Streams streams)
 {
     checkDates(options);
     TerminalPrompt prompt(streams.err, options.yes);
@@ -96,7 +96,8 @@ void run(const Options& options, Streams streams)
 
 void addFinals(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "finals", "Автоматический расчет итоговых и месячных оценок");
+    Command<FinalsOptions> command(program, "finals",
+                                   "Автоматический расчет итоговых и месячных оценок");
     auto& options = *command.options;
     command.app.add_option("FILE", options.file, "Файл журнала")->required();
     command.app.add_option("--group", options.group, "Группа: номер или имя")->required();
@@ -115,7 +116,7 @@ void addFinals(CLI::App& program, Streams streams)
     command.app.add_option("--from", options.from, "Первый день, ГГГГ-ММ-ДД");
     command.app.add_option("--to", options.to, "Последний день, ГГГГ-ММ-ДД");
     command.app.add_flag("--yes", options.yes, "Заменить уже проставленные оценки");
-    command.calls([streams](const Options& values) { run(values, streams); });
+    command.calls([streams](const FinalsOptions& values) { run(values, streams); });
 }
 
 } // namespace cli

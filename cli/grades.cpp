@@ -22,7 +22,7 @@ using journals::GradeMode;
 using journals::GradePlace;
 using journals::GradeSheet;
 
-struct Options
+struct GradesOptions
 {
     std::string file;
     std::string group;
@@ -33,7 +33,7 @@ struct Options
     bool json = false;
 };
 
-journals::GradeSelection selection(jet::Database& database, const Options& options)
+journals::GradeSelection selection(jet::Database& database, const GradesOptions& options)
 {
     journals::GradeSelection chosen;
     chosen.group = journals::GroupId(static_cast<std::int32_t>(findGroup(database, options.group)));
@@ -104,7 +104,7 @@ void printAsText(std::ostream& out, const GradeSheet& sheet)
     printAligned(out, header, rows);
 }
 
-void run(const Options& options, Streams streams)
+void run(const GradesOptions& options, Streams streams)
 {
     if (options.mode == GradeMode::Current && options.month == 0)
         throw CLI::RequiredError("--month");
@@ -126,7 +126,7 @@ void run(const Options& options, Streams streams)
 
 void addGrades(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "grades", "Журнал оценок группы по дисциплине");
+    Command<GradesOptions> command(program, "grades", "Журнал оценок группы по дисциплине");
     auto& options = *command.options;
     command.app.add_option("FILE", options.file, "Файл журнала")->required();
     command.app.add_option("--group", options.group, "Группа: номер или имя")->required();
@@ -144,7 +144,7 @@ void addGrades(CLI::App& program, Streams streams)
     command.app.add_option("--month", options.month, "Месяц, 1-12")->check(CLI::Range(1, 12));
     command.app.add_option("--year", options.year, "Год");
     command.app.add_flag("--json", options.json, "Вывести JSON");
-    command.calls([streams](const Options& values) { run(values, streams); });
+    command.calls([streams](const GradesOptions& values) { run(values, streams); });
 }
 
 } // namespace cli

@@ -15,7 +15,7 @@ namespace cli {
 
 namespace {
 
-struct Options
+struct ImportLessonsOptions
 {
     std::string file;
     std::string source;
@@ -25,8 +25,9 @@ struct Options
     bool json = false;
 };
 
-void printCounts(const Options& options, Streams streams, const imports::ImportCounts& counts,
-                 const imports::LessonChoice& choice, const shell::Wording& wording)
+void printCounts(const ImportLessonsOptions& options, Streams streams,
+                 const imports::ImportCounts& counts, const imports::LessonChoice& choice,
+                 const shell::Wording& wording)
 {
     const auto lines = imports::summary(counts, wording);
     if (options.json) {
@@ -50,7 +51,7 @@ void printCounts(const Options& options, Streams streams, const imports::ImportC
     printAligned(streams.out, {"Таблица", "Добавлено", "Изменено", "Без изменений"}, rows);
 }
 
-void run(const Options& options, Streams streams)
+void run(const ImportLessonsOptions& options, Streams streams)
 {
     const imports::Period period{dateArgument(options.from), dateArgument(options.to)};
     if (const QString why = imports::problem(period); !why.isEmpty())
@@ -81,8 +82,8 @@ void run(const Options& options, Streams streams)
 
 void addImportLessons(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "import-lessons",
-                             "Перенести занятия из базы данных расписания");
+    Command<ImportLessonsOptions> command(program, "import-lessons",
+                                          "Перенести занятия из базы данных расписания");
     auto& options = *command.options;
     command.app.add_option("FILE", options.file, "Файл журнала")->required();
     command.app.add_option("SOURCE", options.source, "Файл базы данных расписания")->required();
@@ -90,7 +91,7 @@ void addImportLessons(CLI::App& program, Streams streams)
     command.app.add_option("--to", options.to, "Последний день, ГГГГ-ММ-ДД")->required();
     command.app.add_flag("--dry-run", options.dryRun, "Только подсчитать, журнал не изменять");
     command.app.add_flag("--json", options.json, "Вывести один документ JSON");
-    command.calls([streams](const Options& values) { run(values, streams); });
+    command.calls([streams](const ImportLessonsOptions& values) { run(values, streams); });
 }
 
 } // namespace cli

@@ -23,7 +23,7 @@ using imports::ExistingRow;
 using imports::RowOutcome;
 using refbooks::Book;
 
-struct Options
+struct ImportListOptions
 {
     std::string book;
     std::string file;
@@ -112,7 +112,7 @@ void printReport(const imports::ListReport& report, const QString& title, bool j
                     {"rows", rows}});
 }
 
-imports::ListChoice choiceOf(const Options& options, Book book, shell::Session& session,
+imports::ListChoice choiceOf(const ImportListOptions& options, Book book, shell::Session& session,
                              const imports::ListImport& import)
 {
     imports::ListChoice choice = import.guess();
@@ -125,7 +125,7 @@ imports::ListChoice choiceOf(const Options& options, Book book, shell::Session& 
     return choice;
 }
 
-void run(const Options& options, Streams streams)
+void run(const ImportListOptions& options, Streams streams)
 {
     const Book book = bookNamed(options.book);
     if (!options.group.empty() && book != Book::Students)
@@ -154,7 +154,7 @@ void run(const Options& options, Streams streams)
 
 void addImportList(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "import", "Добавить в справочник список из файла");
+    Command<ImportListOptions> command(program, "import", "Добавить в справочник список из файла");
     auto& options = *command.options;
     command.app.add_option("BOOK", options.book, "Справочник: номер или имя таблицы")->required();
     command.app.add_option("FILE", options.file, "Файл журнала")->required();
@@ -180,7 +180,7 @@ void addImportList(CLI::App& program, Streams streams)
                          "Создать имена, которых нет в списках");
     command.app.add_flag("--dry-run", options.dryRun, "Только проверить, журнал не изменять");
     command.app.add_flag("--json", options.json, "Вывести один документ JSON");
-    command.calls([streams](const Options& values) { run(values, streams); });
+    command.calls([streams](const ImportListOptions& values) { run(values, streams); });
 }
 
 } // namespace cli

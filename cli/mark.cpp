@@ -9,7 +9,7 @@ namespace cli {
 
 namespace {
 
-struct Options
+struct MarkOptions
 {
     std::string file;
     std::int32_t student = 0;
@@ -18,7 +18,7 @@ struct Options
     int lesson = 0;
 };
 
-void run(const Options& options, Streams streams)
+void run(const MarkOptions& options, Streams streams)
 {
     const QDate date = dateArgument(options.date);
     TerminalPrompt prompt(streams.err);
@@ -40,7 +40,7 @@ void run(const Options& options, Streams streams)
 
 void addMark(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "mark", "Поставить пропуск одного занятия");
+    Command<MarkOptions> command(program, "mark", "Поставить пропуск одного занятия");
     auto& options = *command.options;
     command.app.add_option("FILE", options.file, "Файл журнала")->required();
     command.app.add_option("--student", options.student, "Номер студента")->required();
@@ -50,7 +50,7 @@ void addMark(CLI::App& program, Streams streams)
     command.app.add_option("--lesson", options.lesson, "Номер занятия в дне")
         ->required()
         ->check(CLI::Range(0, 99));
-    command.calls([streams](const Options& values) { run(values, streams); });
+    command.calls([streams](const MarkOptions& values) { run(values, streams); });
 }
 
 } // namespace cli

@@ -19,7 +19,7 @@ using reports::RankingGrades;
 using reports::RankingLevel;
 using reports::RankingRow;
 
-struct Options
+struct RankingOptions
 {
     std::string file;
     std::string from;
@@ -40,7 +40,7 @@ Json jsonItem(const RankingRow& row, std::size_t item)
     return static_cast<double>(whole) == *value ? Json(whole) : Json(*value);
 }
 
-void print(const Options& options, Streams streams, RankingLevel level,
+void print(const RankingOptions& options, Streams streams, RankingLevel level,
            const std::vector<RankingRow>& rows)
 {
     Row heads;
@@ -68,7 +68,7 @@ void print(const Options& options, Streams streams, RankingLevel level,
     printJson(streams.out, {{"columns", heads}, {"rows", list}});
 }
 
-void run(const Options& options, Streams streams)
+void run(const RankingOptions& options, Streams streams)
 {
     TerminalPrompt prompt(streams.err);
     const auto journal = openJournal(options.file, prompt);
@@ -88,8 +88,8 @@ void run(const Options& options, Streams streams)
 
 void addRanking(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "ranking",
-                             "Места специальностей или групп одной из них за период");
+    Command<RankingOptions> command(program, "ranking",
+                                    "Места специальностей или групп одной из них за период");
     auto& options = *command.options;
     command.app.add_option("FILE", options.file, "Файл журнала")->required();
     command.app.add_option("--from", options.from, "Начало периода, ГГГГ-ММ-ДД")->required();
@@ -106,7 +106,7 @@ void addRanking(CLI::App& program, Streams streams)
     command.app.add_option("--speciality", options.speciality,
                            "Специальность, группы которой сравнить: номер или имя");
     command.app.add_flag("--json", options.json, "Вывести JSON");
-    command.calls([streams](const Options& values) { run(values, streams); });
+    command.calls([streams](const RankingOptions& values) { run(values, streams); });
 }
 
 } // namespace cli

@@ -26,7 +26,7 @@ using reports::ReportKind;
 using reports::ReportRequest;
 using reports::SubjectView;
 
-struct Options
+struct ReportOptions
 {
     ReportKind kind = ReportKind::Attendance;
     std::string file;
@@ -59,7 +59,7 @@ const std::map<std::string, ReportKind>& kinds()
     return names;
 }
 
-ReportRequest request(jet::Database& database, const Options& options)
+ReportRequest request(jet::Database& database, const ReportOptions& options)
 {
     ReportRequest wanted;
     wanted.kind = options.kind;
@@ -84,7 +84,7 @@ ReportRequest request(jet::Database& database, const Options& options)
 }
 
 // What the document needs, and what says nothing to it, is known only when its kind is.
-void checkInputs(const Options& options)
+void checkInputs(const ReportOptions& options)
 {
     ReportRequest wanted;
     wanted.kind = options.kind;
@@ -107,7 +107,7 @@ void checkInputs(const Options& options)
     check("--view", Input::View, options.view.has_value());
 }
 
-void write(const papers::Document& document, const Options& options)
+void write(const papers::Document& document, const ReportOptions& options)
 {
     const QString output = data::fromUtf8(options.output);
     if (!options.each) {
@@ -120,7 +120,7 @@ void write(const papers::Document& document, const Options& options)
         papers::writeWorkbook(part, QDir(output).filePath(sheets::fileName(part.name)));
 }
 
-void run(const Options& options, Streams streams)
+void run(const ReportOptions& options, Streams streams)
 {
     checkInputs(options);
     TerminalPrompt prompt(streams.err);
@@ -144,7 +144,7 @@ void run(const Options& options, Streams streams)
 
 void addReport(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "report", "Ведомость, табель или отчет в книгу .xlsx");
+    Command<ReportOptions> command(program, "report", "Ведомость, табель или отчет в книгу .xlsx");
     auto& options = *command.options;
     command.app
         .add_option("KIND", options.kind,
@@ -174,7 +174,7 @@ void addReport(CLI::App& program, Streams streams)
         ->transform(CLI::CheckedTransformer(views));
     command.app.add_flag("--each", options.each,
                          "Для card: отдельный файл на каждого студента, --output - папка");
-    command.calls([streams](const Options& values) { run(values, streams); });
+    command.calls([streams](const ReportOptions& values) { run(values, streams); });
 }
 
 } // namespace cli

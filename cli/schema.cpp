@@ -13,7 +13,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-struct Options
+struct SchemaOptions
 {
     std::string file;
     std::string table;
@@ -91,7 +91,7 @@ void printText(std::ostream& out, const jet::TableDef& table)
     out << '\n';
 }
 
-void run(const Options& options, Streams streams)
+void run(const SchemaOptions& options, Streams streams)
 {
     const auto path = data::toPath(data::fromUtf8(options.file));
     const auto database = jet::Database::open(path, jet::OpenMode::ReadOnly);
@@ -113,11 +113,11 @@ void run(const Options& options, Streams streams)
 
 void addSchema(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "schema", "Поля и индексы таблиц");
+    Command<SchemaOptions> command(program, "schema", "Поля и индексы таблиц");
     command.app.add_option("FILE", command.options->file, "Любой файл .mdb")->required();
     command.app.add_option("TABLE", command.options->table, "Только эта таблица");
     command.app.add_flag("--json", command.options->json, "Вывести JSON");
-    command.calls([streams](const Options& options) { run(options, streams); });
+    command.calls([streams](const SchemaOptions& options) { run(options, streams); });
 }
 
 } // namespace cli

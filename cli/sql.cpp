@@ -12,7 +12,7 @@ namespace cli {
 
 namespace {
 
-struct Options
+struct SqlOptions
 {
     std::string file;
     std::string sql;
@@ -39,7 +39,7 @@ void printCsv(jet::Recordset& records, const Row& header, std::ostream& out)
     }
 }
 
-void printRows(jet::Recordset& records, const Options& options, std::ostream& out)
+void printRows(jet::Recordset& records, const SqlOptions& options, std::ostream& out)
 {
     Row header;
     for (const auto& column : records.columns())
@@ -67,7 +67,7 @@ void printRows(jet::Recordset& records, const Options& options, std::ostream& ou
         printAligned(out, header, rows);
 }
 
-void run(const Options& options, Streams streams)
+void run(const SqlOptions& options, Streams streams)
 {
     const bool reads = isQuery(options.sql);
     const auto path = data::toPath(data::fromUtf8(options.file));
@@ -85,12 +85,12 @@ void run(const Options& options, Streams streams)
 
 void addSql(CLI::App& program, Streams streams)
 {
-    Command<Options> command(program, "sql", "Выполнить одну инструкцию Jet SQL");
+    Command<SqlOptions> command(program, "sql", "Выполнить одну инструкцию Jet SQL");
     command.app.add_option("FILE", command.options->file, "Любой файл .mdb")->required();
     command.app.add_option("SQL", command.options->sql, "Текст инструкции")->required();
     auto* json = command.app.add_flag("--json", command.options->json, "Вывести JSON");
     command.app.add_flag("--csv", command.options->csv, "Вывести CSV")->excludes(json);
-    command.calls([streams](const Options& options) { run(options, streams); });
+    command.calls([streams](const SqlOptions& options) { run(options, streams); });
 }
 
 } // namespace cli

@@ -4,8 +4,6 @@ namespace jet {
 
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
-
 bool isContinuation(char c)
 {
     return (static_cast<std::uint8_t>(c) & 0xC0) == 0x80;

@@ -10,6 +10,8 @@
 
 namespace jet {
 
+inline constexpr char32_t kReplacement = 0xFFFD; // for what is no character
+
 // Decodes one code point and moves `at` behind it. Requires at < utf8.size(). A byte that
 // begins no valid sequence gives U+FFFD and is skipped alone.
 char32_t nextCodePoint(std::string_view utf8, std::size_t& at);

@@ -11,9 +11,7 @@ namespace jet {
 
 namespace {
 
-constexpr int kUnixEpoch = 25569;          // 1970-01-01 as a Jet day
-constexpr double kFirstDay = -657434;      // 0100-01-01
-constexpr double kBehindLastDay = 2958466; // 10000-01-01
+constexpr int kUnixEpoch = 25569; // 1970-01-01 as a Jet day
 constexpr int kSecondsADay = 24 * 60 * 60;
 
 template <class... Cases>
@@ -182,7 +180,9 @@ DateTime DateTime::now()
 DateTime::Parts DateTime::parts() const
 {
     const double inRange =
-        std::isnan(days) ? 0 : std::clamp(days, kFirstDay, kBehindLastDay - 1.0 / kSecondsADay);
+        std::isnan(days)
+            ? 0
+            : std::clamp(days, DateTime::kFirstDay, DateTime::kBehindLastDay - 1.0 / kSecondsADay);
     auto whole = static_cast<int>(std::trunc(inRange));
     auto seconds =
         static_cast<int>(std::lround(std::abs(inRange - std::trunc(inRange)) * kSecondsADay));

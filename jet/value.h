@@ -18,6 +18,9 @@ using Bytes = std::vector<std::uint8_t>;
 // numbers the absolute value of the fraction is the time (-1.25 = 1899-12-29 06:00).
 struct DateTime
 {
+    // The days that a file can hold: from 0100-01-01 on, before 10000-01-01.
+    static constexpr double kFirstDay = -657434, kBehindLastDay = 2958466;
+
     double days = 0;
 
     // Proleptic Gregorian; requires a valid date and time of day.

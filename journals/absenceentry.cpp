@@ -7,6 +7,7 @@
 #include "data/convert.h"
 #include "jet/database.h"
 #include "jet/sqltext.h"
+#include "journals/lists.h"
 
 #include <QStringList>
 
@@ -52,13 +53,6 @@ std::vector<RecordedRow> readRows(jet::Database& database, StudentId student, QD
                          static_cast<int>(rows.integer(2)),
                          {static_cast<int>(rows.integer(3)), static_cast<int>(rows.integer(4))}});
     return found;
-}
-
-QString disciplineName(jet::Database& database, DisciplineId discipline)
-{
-    auto rows = database.query(
-        "select naim from sppred where ((sppred.idd)=" + sql::number(keyNumber(discipline)) + ");");
-    return rows.next() ? data::fromUtf8(rows.text(0)) : QString();
 }
 
 // The lesson that a recorded absence belongs to. Quick marking records no subgroup: such a row

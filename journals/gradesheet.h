@@ -24,6 +24,8 @@ enum class GradeKind {
 
 // Grades are numbers as the file keeps them: marks from 2 to 5, and these two.
 inline constexpr int kPassGrade = 1;
+// A pass where the word is wider than the column.
+inline constexpr QStringView kPassSign = u"з";
 inline constexpr int kNoGrade = -1; // never stored
 
 // "5", "Зачет", "" without a grade.

@@ -71,13 +71,6 @@ std::vector<GradeColumn> yearColumns(const GradeSelection& selection)
     return columns;
 }
 
-QString disciplineName(jet::Database& database, DisciplineId discipline)
-{
-    auto rows = database.query(
-        "SELECT NAIM FROM SPPRED WHERE IDD = " + sql::number(keyNumber(discipline)) + ";");
-    return rows.next() ? data::fromUtf8(rows.text(0)) : QString();
-}
-
 // What is taught, and what else has grades.
 std::vector<GradeColumn> disciplineColumns(jet::Database& database, const GradeSelection& selection,
                                            const std::vector<FoundGrade>& grades)

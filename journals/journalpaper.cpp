@@ -18,7 +18,6 @@ using namespace Qt::StringLiterals;
 namespace journals {
 namespace {
 
-const QString kPassSign = u"з"_s; // the word is wider than a day
 constexpr int kNumberColumn = 0, kNameColumn = 1;
 // Millimetres. The table of a month with 31 days fills an A4 page on its side.
 constexpr double kNumberWidth = 7, kNameWidth = 46, kDayWidth = 5.2, kSumWidth = 11;
@@ -91,7 +90,7 @@ papers::Cell bodyCell(const QAbstractItemModel& model, int row, int column)
     if (column == kNameColumn && !sums)
         text = withInitials(text);
     else if (text == gradeText(kPassGrade))
-        text = kPassSign;
+        text = kPassSign.toString();
     papers::Cell cell =
         papers::text(text, column == kNameColumn ? papers::Align::Left : papers::Align::Centre);
     cell.ink = inkOf(index);

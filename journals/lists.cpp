@@ -109,4 +109,11 @@ std::vector<ListEntry<DisciplineId>> disciplinesOfGroup(jet::Database& database,
     return disciplines;
 }
 
+QString disciplineName(jet::Database& database, DisciplineId discipline)
+{
+    auto rows = database.query(
+        "SELECT NAIM FROM SPPRED WHERE IDD = " + sql::number(keyNumber(discipline)) + ";");
+    return rows.next() ? data::fromUtf8(rows.text(0)) : QString();
+}
+
 } // namespace journals

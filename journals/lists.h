@@ -34,5 +34,7 @@ std::vector<ListEntry<DisciplineId>> disciplineList(jet::Database& database, Gro
                                                     const Period& period);
 // All disciplines that the group has workload, lessons or grades in, at any time, by name.
 std::vector<ListEntry<DisciplineId>> disciplinesOfGroup(jet::Database& database, GroupId group);
+// "" for one that is not in the file.
+QString disciplineName(jet::Database& database, DisciplineId discipline);
 
 } // namespace journals

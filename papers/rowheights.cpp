@@ -8,7 +8,6 @@
 namespace papers {
 namespace {
 
-constexpr double kTablePoints = 9;
 constexpr double kLeastHead = 28, kLeastBody = 12.5, kMostRotated = 130;
 
 double rotatedHeight(const Cell& cell)

@@ -8,6 +8,8 @@
 // merged cells nor to texts that read upwards, so the height is estimated by the letters.
 namespace papers {
 
+inline constexpr double kTablePoints = 9; // of the letters in tables and notes
+
 struct RowHeights
 {
     std::vector<double> head, body;

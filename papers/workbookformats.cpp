@@ -1,5 +1,7 @@
 #include "papers/workbookformats.h"
 
+#include "papers/rowheights.h"
+
 #include <cstdint>
 #include <string>
 

@@ -9,8 +9,6 @@
 
 namespace papers {
 
-inline constexpr double kTablePoints = 9;
-
 // The formats of a workbook, each made once. The workbook outlives this.
 class WorkbookFormats
 {

@@ -16,8 +16,8 @@ using namespace papers;
 const QString kExcusedHead = u"ув."_s;
 const QString kUnexcusedHead = u"неув."_s;
 constexpr int kNameColumns = 1;
-constexpr double kNameWidth = 46, kNumberWidth = 8.5; // mm
-constexpr int kPair = 2;                              // excused and unexcused
+constexpr double kRowNameWidth = 46, kHoursWidth = 8.5; // mm
+constexpr int kPair = 2;                                // excused and unexcused
 
 QString title(TruancyKind kind, const shell::Wording& wording)
 {
@@ -150,8 +150,8 @@ papers::Document truancyDocument(const TruancyReport& report, const data::Settin
     paper.title = title(report.kind, wording);
     paper.subtitle = subtitle(report, wording);
     paper.leadColumns = kNameColumns;
-    paper.widths = {kNameWidth};
-    paper.widths.insert(paper.widths.end(), kPair * (report.columns.size() + 1), kNumberWidth);
+    paper.widths = {kRowNameWidth};
+    paper.widths.insert(paper.widths.end(), kPair * (report.columns.size() + 1), kHoursWidth);
     paper.head = headOf(report, wording);
     for (std::size_t row = 0; row < report.rows.size(); ++row)
         paper.body.push_back(bodyRow(report, row));

@@ -1,5 +1,6 @@
 #include "import/forms/form1.h"
 
+#include "import/forms/labelfor.h"
 #include "import/importtexts.h"
 #include "import/previewmodel.h"
 #include "import/worded.h"
@@ -45,13 +46,6 @@ protected:
             option->font.setItalic(true);
     }
 };
-
-QLabel* labelFor(const QString& text, QWidget* buddy)
-{
-    auto* label = new QLabel(text);
-    label->setBuddy(buddy);
-    return label;
-}
 
 QDate today(const shell::Session& session)
 {

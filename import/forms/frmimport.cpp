@@ -1,5 +1,6 @@
 #include "import/forms/frmimport.h"
 
+#include "import/forms/labelfor.h"
 #include "import/lists/reportmodel.h"
 #include "jet/error.h"
 #include "sheets/wholefile.h"
@@ -59,13 +60,6 @@ private:
 QString cellAt(const TextTable& table, std::size_t row, int column)
 {
     return row < table.rows.size() ? table.rows[row].cells.value(column) : QString();
-}
-
-QLabel* labelFor(const QString& text, QWidget* buddy)
-{
-    auto* label = new QLabel(text);
-    label->setBuddy(buddy);
-    return label;
 }
 
 } // namespace

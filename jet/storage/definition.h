@@ -71,6 +71,9 @@ struct RealIndex
     std::uint8_t flags = indexflag::kAlways;
 };
 
+// The types of logical indexes.
+inline constexpr std::uint8_t kPlainIndex = 0, kPrimaryKey = 1, kForeignKey = 2;
+
 struct LogicalIndex
 {
     std::string name;
@@ -81,7 +84,7 @@ struct LogicalIndex
     PageNumber partnerTable = 0;
     std::uint8_t cascadeUpdates = 4; // 4 = not a foreign key
     std::uint8_t cascadeDeletes = 4;
-    std::uint8_t type = 0; // 1 primary key, 2 foreign key
+    std::uint8_t type = kPlainIndex;
 };
 
 struct ColumnMaps

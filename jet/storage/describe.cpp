@@ -6,9 +6,6 @@ namespace jet {
 
 namespace {
 
-constexpr std::uint8_t kPrimaryKey = 1;
-constexpr std::uint8_t kForeignKey = 2;
-
 int attributesOf(const ColumnDefinition& column)
 {
     const auto has = [&column](std::uint8_t flag) { return (column.flags1 & flag) != 0; };

@@ -12,9 +12,6 @@ namespace jet {
 
 namespace {
 
-constexpr std::uint8_t kPrimaryKey = 1;
-constexpr std::uint8_t kForeignKey = 2;
-
 std::uint8_t flagsOf(const Index& index)
 {
     unsigned flags = indexflag::kAlways;
@@ -53,7 +50,7 @@ void SchemaEditor::addIndex(Definition& definition, const Index& index)
     for (const LogicalIndex& other : definition.logicalIndexes)
         logical.number = std::max(logical.number, other.number + 1);
     logical.real = static_cast<std::uint32_t>(definition.realIndexes.size());
-    logical.type = index.primary ? kPrimaryKey : std::uint8_t{0};
+    logical.type = index.primary ? kPrimaryKey : kPlainIndex;
     // By name, as the engine of Access keeps them.
     const auto place = std::find_if(
         definition.logicalIndexes.begin(), definition.logicalIndexes.end(),

@@ -10,7 +10,6 @@ namespace jet {
 
 namespace {
 
-constexpr std::uint8_t kPrimaryKey = 1; // logical index type
 constexpr std::size_t kStatisticsBytes = 12;
 
 std::string inQuotes(const std::string& name)

@@ -1,5 +1,7 @@
 #include "jet/storage/textcodec.h"
 
+#include "jet/text.h"
+
 #include <iterator>
 #include <optional>
 
@@ -9,7 +11,6 @@ namespace {
 
 constexpr std::uint8_t kMark[] = {0xFF, 0xFE};
 constexpr std::size_t kLeastCompressed = 3; // characters
-constexpr char32_t kReplacement = 0xFFFD;
 
 bool isLowSurrogate(char32_t unit)
 {

@@ -13,9 +13,6 @@ namespace jet {
 
 namespace {
 
-constexpr double kFirstDay = -657434;      // 0100-01-01
-constexpr double kBehindLastDay = 2958466; // 10000-01-01
-
 std::string inQuotes(const ColumnDefinition& column)
 {
     return "«" + column.name + "»";
@@ -132,7 +129,7 @@ Value convertDate(const Value& value, const ColumnDefinition& column)
             return *date;
     }
     const double days = numberOf(value, column);
-    if (days < kFirstDay || days >= kBehindLastDay)
+    if (days < DateTime::kFirstDay || days >= DateTime::kBehindLastDay)
         overflow(column);
     return DateTime{days};
 }

@@ -31,7 +31,7 @@ namespace {
 
 const QString kWidths = u"frmHPos/columns"_s;
 const QString kNotFilled = u"Таблица посещаемости не заполнена."_s;
-const QString kNotWritten = u"Пропуск не записан."_s;
+const QString kAbsenceNotWritten = u"Пропуск не записан."_s;
 
 } // namespace
 
@@ -245,7 +245,7 @@ void frmHPos::act(AbsenceAction action)
         refill(); // which says what is missing
         return;
     }
-    shell::runCommand(m_parts.prompt, kNotWritten,
+    shell::runCommand(m_parts.prompt, kAbsenceNotWritten,
                       [&] { m_model->apply(action, m_commands->chosenCells()); });
     refreshCommands();
 }

@@ -26,7 +26,7 @@ namespace journals {
 namespace {
 
 const QString kNotRead = u"Пропуски не прочитаны."_s;
-const QString kNotWritten = u"Пропуски не записаны."_s;
+const QString kEntryNotWritten = u"Пропуски не записаны."_s;
 
 QString lessonNumbers(const std::vector<int>& lessons)
 {
@@ -257,7 +257,7 @@ bool frmHPosStud::save()
 {
     if (wholeDay() && !mayLoseUnplaced())
         return false;
-    const bool done = shell::runCommand(m_parts.prompt, kNotWritten, [this] {
+    const bool done = shell::runCommand(m_parts.prompt, kEntryNotWritten, [this] {
         if (wholeDay())
             m_entry.saveDay(m_history, m_day->day());
         else if (m_countsModified) // or lessons entered one by one would become one

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace journals {
 namespace {
 
-const QString kNotWritten = u"Пропуски не записаны."_s;
+const QString kPeriodNotWritten = u"Пропуски не записаны."_s;
 const QString kHelpPage = u"пропуск-на-период"_s;
 
 } // namespace
@@ -80,7 +80,7 @@ PeriodRequest frmHPosStudPer::request() const
 
 void frmHPosStudPer::goOn()
 {
-    shell::runCommand(m_parts.prompt, kNotWritten, [this] {
+    shell::runCommand(m_parts.prompt, kPeriodNotWritten, [this] {
         if (!m_period) {
             begin();
         } else if (ui->pred1->currentRow() >= 0) {

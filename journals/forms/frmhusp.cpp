@@ -32,7 +32,7 @@ namespace {
 const QString kWidths = u"frmHUsp/columns"_s;
 const QString kMoveRight = u"frmHUsp/moveRight"_s;
 const QString kNotFilled = u"Таблица успеваемости не заполнена."_s;
-const QString kNotWritten = u"Оценка не записана."_s;
+const QString kGradeNotWritten = u"Оценка не записана."_s;
 
 } // namespace
 
@@ -137,7 +137,7 @@ void frmHUsp::selectionChanged()
 bool frmHUsp::mayLeave()
 {
     bool may = false;
-    shell::runCommand(m_parts.prompt, kNotWritten, [&] { may = m_model->mayLeave(); });
+    shell::runCommand(m_parts.prompt, kGradeNotWritten, [&] { may = m_model->mayLeave(); });
     refreshCommands();
     return may;
 }
@@ -199,7 +199,7 @@ void frmHUsp::setGrade(int grade)
     }
     const QModelIndexList cells = chosenCells(*ui->HF1);
     int held = 0;
-    shell::runCommand(m_parts.prompt, kNotWritten, [&] { held = m_model->set(grade, cells); });
+    shell::runCommand(m_parts.prompt, kGradeNotWritten, [&] { held = m_model->set(grade, cells); });
     if (held > 0 && cells.size() == 1)
         goOn();
     refreshCommands();
@@ -244,14 +244,14 @@ void frmHUsp::chooseGrade()
 
 void frmHUsp::save()
 {
-    shell::runCommand(m_parts.prompt, kNotWritten, [this] { m_model->save(); });
+    shell::runCommand(m_parts.prompt, kGradeNotWritten, [this] { m_model->save(); });
     refreshCommands();
 }
 
 void frmHUsp::step(bool back)
 {
     const int row = ui->HF1->currentIndex().row(), column = ui->HF1->currentIndex().column();
-    shell::runCommand(m_parts.prompt, kNotWritten,
+    shell::runCommand(m_parts.prompt, kGradeNotWritten,
                       [&] { back ? m_model->undo() : m_model->redo(); });
     showSheet();
     goTo(row, column);
@@ -262,7 +262,7 @@ void frmHUsp::computeGrades()
 {
     if (!mayLeave())
         return;
-    shell::runCommand(m_parts.prompt, kNotWritten, [this] {
+    shell::runCommand(m_parts.prompt, kGradeNotWritten, [this] {
         const GradeSelection shown = m_selectors->selection();
         FrmAvtoR dialog(m_parts.session, m_parts.prompt, m_parts.status, m_book.history(),
                         shown.group, shown.discipline, shown.month, this);

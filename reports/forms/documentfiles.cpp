@@ -33,7 +33,7 @@ QString baseName(const papers::Document& document)
 
 QString newFolder(const QString& parent, const QString& name)
 {
-    const QString path = freePath(parent, name, {});
+    QString path = freePath(parent, name, {});
     if (!QDir().mkpath(path))
         throw jet::Error(jet::Fault::Io, "папку нельзя создать: " + data::toUtf8(path));
     return path;

@@ -1,4 +1,5 @@
 #include "journals/attendancesheetreader.h"
+#include "journals/lists.h"
 #include "journals/students.h"
 #include "papers/frame.h"
 #include "reports/statements.h"
@@ -23,7 +24,7 @@ using journals::AttendanceSheet;
 constexpr double kDaysWidth = 161, kHoursWidth = 13, kShareWidth = 14; // mm
 constexpr double kTooMuch = 30; // percent of the hours missed without a good reason
 
-struct Content
+struct AttendanceContent
 {
     const StatementSource& source;
     GroupRow group;
@@ -47,7 +48,7 @@ Ink inkOf(AbsenceState state)
                                             : Ink::Plain;
 }
 
-std::vector<Row> headOf(const Content& content)
+std::vector<Row> headOf(const AttendanceContent& content)
 {
     std::vector<Row> head{studentHeads(), {}};
     for (const auto& day : content.sheet.columns)
@@ -59,7 +60,7 @@ std::vector<Row> headOf(const Content& content)
     return head;
 }
 
-Cell dayCell(const Content& content, std::size_t student, std::size_t day)
+Cell dayCell(const AttendanceContent& content, std::size_t student, std::size_t day)
 {
     const AttendanceSheet& sheet = content.sheet;
     const AbsenceState state = sheet.state(student, day);
@@ -70,14 +71,14 @@ Cell dayCell(const Content& content, std::size_t student, std::size_t day)
     return cell;
 }
 
-QString shareFormula(const Content& content, int row)
+QString shareFormula(const AttendanceContent& content, int row)
 {
     const QString missed = place(content.totalColumn(), row);
     return content.hours == 0 ? QString()
                               : u"(%1-%2)/%1*100"_s.arg(QString::number(content.hours), missed);
 }
 
-Row studentRow(const Content& content, std::size_t student)
+Row studentRow(const AttendanceContent& content, std::size_t student)
 {
     const auto& row = content.sheet.students[student];
     const int line = static_cast<int>(student);
@@ -102,7 +103,7 @@ Cell daySum(int value, bool dayOff)
     return cell;
 }
 
-std::vector<Row> totalRows(const Content& content)
+std::vector<Row> totalRows(const AttendanceContent& content)
 {
     const AttendanceSheet& sheet = content.sheet;
     const Absence total = sheet.monthTotal();
@@ -124,7 +125,7 @@ std::vector<Row> totalRows(const Content& content)
     return {all, unexcused};
 }
 
-QString worstLine(const Content& content)
+QString worstLine(const AttendanceContent& content)
 {
     QStringList names;
     for (const auto& student : content.sheet.students) {
@@ -137,7 +138,7 @@ QString worstLine(const Content& content)
                                  + names.join(u", "_s) + u'.';
 }
 
-QStringList notesOf(const Content& content)
+QStringList notesOf(const AttendanceContent& content)
 {
     const auto& wording = content.source.wording;
     const AttendanceFigures figures = content.figures();
@@ -162,7 +163,7 @@ QStringList notesOf(const Content& content)
     return notes + attendanceFormulas(content.source) + content.sheet.notices;
 }
 
-QString disciplineText(const Content& content)
+QString disciplineText(const AttendanceContent& content)
 {
     return content.discipline.isEmpty() ? worded(content.source.wording, u"по всем дисциплинам"_s)
                                         : content.discipline;
@@ -173,7 +174,7 @@ QString disciplineText(const Content& content)
 std::vector<Paper> attendanceStatement(const StatementSource& source, const ReportRequest& request,
                                        journals::GroupId group)
 {
-    Content content{source, readGroup(source.database, group), {}, {}, 0};
+    AttendanceContent content{source, readGroup(source.database, group), {}, {}, 0};
     journals::AttendanceSelection selection;
     selection.group = group;
     selection.discipline = request.discipline;

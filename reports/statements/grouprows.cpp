@@ -12,7 +12,6 @@ using namespace Qt::StringLiterals;
 namespace sql = jet::sql;
 
 namespace reports {
-namespace {} // namespace
 
 GroupRow readGroup(jet::Database& database, journals::GroupId group)
 {
@@ -48,13 +47,6 @@ readTeachers(jet::Database& database, journals::GroupId group, const journals::P
         names += names.isEmpty() ? name : u", "_s + name;
     }
     return teachers;
-}
-
-QString disciplineName(jet::Database& database, journals::DisciplineId discipline)
-{
-    auto rows = database.query(
-        "SELECT NAIM FROM SPPRED WHERE IDD=" + sql::number(keyNumber(discipline)) + ";");
-    return rows.next() ? data::fromUtf8(rows.text(0)) : QString();
 }
 
 std::unordered_map<std::int64_t, int> countLessons(jet::Database& database,

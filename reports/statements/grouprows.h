@@ -35,8 +35,6 @@ GroupRow readGroup(jet::Database& database, journals::GroupId group);
 std::map<journals::DisciplineId, QString>
 readTeachers(jet::Database& database, journals::GroupId group, const journals::Period& period);
 
-QString disciplineName(jet::Database& database, journals::DisciplineId discipline);
-
 // The lessons held of each group that satisfy the condition, by the key of the group. Lessons of
 // the second subgroup run beside those of the first and do not count.
 std::unordered_map<std::int64_t, int> countLessons(jet::Database& database,

@@ -1,5 +1,6 @@
 #include "journals/attendancequeries.h"
 #include "journals/graderows.h"
+#include "journals/lists.h"
 #include "journals/students.h"
 #include "papers/frame.h"
 #include "reports/statements.h"
@@ -23,12 +24,11 @@ using journals::StudentId;
 
 constexpr double kWidths[] = {7, 52, 44, 16, 15, 16, 30}; // mm
 constexpr std::size_t kMostOnHalf = 15;                   // disciplines
-const QString kPassSign = u"з"_s;
 
 using Key = std::pair<StudentId, DisciplineId>;
 
 // What all cards of a group are made from.
-struct Content
+struct CardContent
 {
     const StatementSource& source;
     GradeTable table; // monthly grades
@@ -39,7 +39,7 @@ struct Content
 };
 
 // The disciplines taught in the month or with monthly grades, then what else has grades or hours.
-void addDisciplines(Content& content)
+void addDisciplines(CardContent& content)
 {
     std::set<DisciplineId> known;
     for (const auto& column : content.table.sheet.columns)
@@ -56,17 +56,19 @@ void addDisciplines(Content& content)
                                              disciplineName(content.source.database, discipline));
 }
 
-Content readContent(const StatementSource& source, journals::Month month, journals::GroupId group)
+CardContent readContent(const StatementSource& source, journals::Month month,
+                        journals::GroupId group)
 {
     journals::GradeSelection grades = monthGrades(source, month, group);
-    Content content{source, readGradeTable(source, grades), {}, {}, {}, month};
+    CardContent content{source, readGradeTable(source, grades), {}, {}, {}, month};
     grades.mode = journals::GradeMode::Current;
     grades.allDisciplines = false;
     for (const auto& grade : journals::readGrades(source.database, grades)) {
         QString& text = content.current[{grade.student, grade.discipline}];
         if (!text.isEmpty())
             text += u' ';
-        text += grade.grade == journals::kPassGrade ? kPassSign : journals::gradeText(grade.grade);
+        text += grade.grade == journals::kPassGrade ? journals::kPassSign.toString()
+                                                    : journals::gradeText(grade.grade);
     }
     journals::AttendanceSelection absences;
     absences.group = group;
@@ -77,7 +79,7 @@ Content readContent(const StatementSource& source, journals::Month month, journa
     return content;
 }
 
-std::vector<Row> headOf(const Content& content)
+std::vector<Row> headOf(const CardContent& content)
 {
     const auto& wording = content.source.wording;
     return {{heading(u"№"_s, 1, 2), heading(worded(wording, u"Дисциплина"_s), 1, 2),
@@ -93,7 +95,7 @@ Value found(const std::map<Key, Value>& values, const Key& key)
     return at == values.end() ? Value() : at->second;
 }
 
-Row disciplineRow(const Content& content, std::size_t student, std::size_t number)
+Row disciplineRow(const CardContent& content, std::size_t student, std::size_t number)
 {
     const auto& [discipline, name] = content.disciplines[number];
     const auto& row = content.table.sheet.students[student];
@@ -109,7 +111,7 @@ Row disciplineRow(const Content& content, std::size_t student, std::size_t numbe
             text(teacher == content.table.teachers.end() ? QString() : teacher->second)};
 }
 
-Row totalRow(const Content& content, std::size_t student)
+Row totalRow(const CardContent& content, std::size_t student)
 {
     journals::Absence missed;
     for (const auto& discipline : content.disciplines)
@@ -121,7 +123,7 @@ Row totalRow(const Content& content, std::size_t student)
             emptyCell()};
 }
 
-QStringList signatureLines(const Content& content)
+QStringList signatureLines(const CardContent& content)
 {
     const QString curator = content.table.group.curator;
     return {
@@ -131,7 +133,7 @@ QStringList signatureLines(const Content& content)
             + u"Родители (законные представители) ______________    «___» __________ 20___ г."_s};
 }
 
-Paper card(const Content& content, std::size_t student)
+Paper card(const CardContent& content, std::size_t student)
 {
     const auto& wording = content.source.wording;
     const GroupRow& group = content.table.group;
@@ -165,7 +167,7 @@ Paper card(const Content& content, std::size_t student)
 std::vector<Paper> reportCards(const StatementSource& source, const ReportRequest& request,
                                journals::GroupId group)
 {
-    const Content content = readContent(source, request.month, group);
+    const CardContent content = readContent(source, request.month, group);
     const auto& students = content.table.sheet.students;
     std::vector<Paper> cards;
     for (std::size_t student = 0; student < students.size(); ++student)

@@ -17,11 +17,10 @@ namespace {
 
 using journals::GradeSheet;
 
-const QString kPassSign = u"з"_s; // the word is wider than a day
-constexpr double kSumWidth = 13;  // mm
+constexpr double kSumWidth = 13; // mm
 constexpr int kSums = 3;
 
-struct Content
+struct CurrentContent
 {
     GradeSheet sheet;                      // days
     std::vector<int> monthly;              // by student
@@ -42,11 +41,11 @@ std::vector<int> monthlyGrades(const GradeSheet& table, journals::DisciplineId d
     return grades;
 }
 
-Content readContent(const StatementSource& source, const ReportRequest& request,
-                    journals::GroupId group)
+CurrentContent readContent(const StatementSource& source, const ReportRequest& request,
+                           journals::GroupId group)
 {
     journals::GradeSelection days = monthGrades(source, request.month, group);
-    Content content;
+    CurrentContent content;
     content.monthly =
         monthlyGrades(readGradeSheet(source.database, days), request.discipline.value());
     days.mode = journals::GradeMode::Current;
@@ -64,7 +63,7 @@ Content readContent(const StatementSource& source, const ReportRequest& request,
     return content;
 }
 
-std::vector<Row> headOf(const Content& content)
+std::vector<Row> headOf(const CurrentContent& content)
 {
     std::vector<Row> head{studentHeads(), {}};
     for (const auto& day : content.sheet.columns)
@@ -82,14 +81,14 @@ GradeCounts countsOf(const journals::GradeStudent& student)
     return counts;
 }
 
-Row studentRow(const Content& content, std::size_t student)
+Row studentRow(const CurrentContent& content, std::size_t student)
 {
     const GradeSheet& sheet = content.sheet;
     const int line = static_cast<int>(student);
     Row cells = studentCells(student + 1, sheet.students[student].name);
     for (std::size_t day = 0; day < sheet.columns.size(); ++day) {
         const journals::GradePlace place{line, static_cast<int>(day)};
-        Cell cell = gradeCell(sheet.cell(place).grade, kPassSign);
+        Cell cell = gradeCell(sheet.cell(place).grade, journals::kPassSign.toString());
         if (!sheet.open(place))
             cell = text(sheet.cellText(place), Align::Centre);
         cell.shaded = sheet.columns[day].dayOff;
@@ -103,7 +102,7 @@ Row studentRow(const Content& content, std::size_t student)
     return cells;
 }
 
-std::vector<Row> totalRows(const Content& content)
+std::vector<Row> totalRows(const CurrentContent& content)
 {
     const int rows = content.students(), first = kNumberColumns, last = first + content.days();
     GradeCounts all, month;
@@ -145,7 +144,7 @@ std::vector<Row> totalRows(const Content& content)
 Paper currentView(const StatementSource& source, const ReportRequest& request,
                   journals::GroupId group)
 {
-    const Content content = readContent(source, request, group);
+    const CurrentContent content = readContent(source, request, group);
     Paper paper =
         subjectPaper(source, request, group, {request.month.first(), request.month.last()},
                      journals::monthText(request.month));

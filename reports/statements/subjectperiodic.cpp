@@ -18,7 +18,7 @@ using journals::GradeSheet;
 
 constexpr double kWideName = 50, kMonthsWidth = 100, kAverageWidth = 11, kFinalWidth = 12; // mm
 
-struct Content
+struct PeriodicContent
 {
     GradeSheet sheet; // months, then the final grade
 
@@ -34,7 +34,7 @@ QString shortName(QDate month)
     return shell::monthName(month.month()).first(kLetters).toLower();
 }
 
-std::vector<Row> headOf(const Content& content)
+std::vector<Row> headOf(const PeriodicContent& content)
 {
     Row head = studentHeads(1);
     for (std::size_t month = 0; month < content.finals(); ++month)
@@ -45,7 +45,7 @@ std::vector<Row> headOf(const Content& content)
 }
 
 // Of the months' grades.
-GradeCounts countsOf(const Content& content, const journals::GradeStudent& student)
+GradeCounts countsOf(const PeriodicContent& content, const journals::GradeStudent& student)
 {
     GradeCounts counts;
     for (std::size_t month = 0; month < content.finals(); ++month)
@@ -53,7 +53,7 @@ GradeCounts countsOf(const Content& content, const journals::GradeStudent& stude
     return counts;
 }
 
-Row studentRow(const Content& content, std::size_t student)
+Row studentRow(const PeriodicContent& content, std::size_t student)
 {
     const auto& row = content.sheet.students[student];
     Row cells = studentCells(student + 1, row.name);
@@ -66,7 +66,7 @@ Row studentRow(const Content& content, std::size_t student)
 }
 
 // One row of totals: of each month, of all months together and of the final grades.
-Row totalRow(const Content& content, const QString& label,
+Row totalRow(const PeriodicContent& content, const QString& label,
              Cell (*cell)(const Rate&, const QString&), Rate (GradeCounts::*rate)() const,
              QString (*formula)(const QString&))
 {
@@ -87,7 +87,7 @@ Row totalRow(const Content& content, const QString& label,
     return row;
 }
 
-QString countsLine(const Content& content)
+QString countsLine(const PeriodicContent& content)
 {
     const GradeCounts finals = columnCounts(content.sheet, content.finals());
     return u"Итоговых оценок: «5» - %1; «4» - %2; «3» - %3; «2» - %4; зачет - %5; не аттестовано "
@@ -108,7 +108,7 @@ Paper periodicView(const StatementSource& source, const ReportRequest& request,
     selection.allDisciplines = false;
     selection.discipline = request.discipline;
     selection.mode = journals::GradeMode::Monthly;
-    const Content content{readGradeSheet(source.database, selection)};
+    const PeriodicContent content{readGradeSheet(source.database, selection)};
 
     Paper paper = subjectPaper(source, request, group, selection.year, yearText(selection.year));
     paper.landscape = false;

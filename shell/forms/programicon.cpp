@@ -7,7 +7,7 @@
 using namespace Qt::StringLiterals;
 
 // The macro must stand outside a namespace.
-static void initIcons()
+static void initProgramIcons()
 {
     Q_INIT_RESOURCE(icons);
 }
@@ -16,7 +16,7 @@ namespace shell {
 
 QIcon programIcon()
 {
-    initIcons();
+    initProgramIcons();
     QSvgRenderer renderer(u":/icons/jurnal.svg"_s);
     QIcon icon;
     for (const int side : {16, 24, 32, 48, 64, 128, 256}) {

@@ -21,7 +21,6 @@ constexpr std::string_view kObjects = "MSysObjects";
 constexpr std::string_view kPermissions = "MSysACEs";
 constexpr std::string_view kRelations = "MSysRelationships";
 constexpr std::uint32_t kRootParent = 0x0F000000;
-constexpr std::uint8_t kForeignKey = 2; // type of a logical index
 constexpr std::uint8_t kReferenced = 1; // sides of a relationship
 constexpr std::uint8_t kReferencing = 2;
 

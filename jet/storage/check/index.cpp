@@ -11,8 +11,6 @@
 namespace jet::check {
 namespace {
 
-constexpr std::uint8_t kPrimaryKey = 1; // type of a logical index
-
 ByteView keyOf(const Bytes& entry)
 {
     return ByteView(entry).first(entry.size() - kRowPointerBytes);

@@ -15,8 +15,6 @@ namespace {
 
 constexpr std::uint8_t kNotForeign = 4; // in place of both cascades
 constexpr std::uint8_t kPlainIndex = 0;
-constexpr std::uint8_t kPrimaryKey = 1;
-constexpr std::uint8_t kForeignKey = 2;
 constexpr std::uint8_t kIndexFlags =
     indexflag::kUnique | indexflag::kIgnoreNulls | indexflag::kRequired;
 constexpr std::uint8_t kUserTable = 0x4E;

@@ -10,8 +10,6 @@ namespace jet::compact {
 
 namespace {
 
-constexpr std::uint8_t kPrimaryKey = 1;
-
 bool inOrder(const IndexEntry& a, const IndexEntry& b)
 {
     const auto order = std::lexicographical_compare_three_way(a.key.begin(), a.key.end(),

@@ -17,8 +17,6 @@ namespace jet::compact {
 
 namespace {
 
-constexpr std::uint8_t kPrimaryKey = 1;
-
 std::optional<std::size_t> primaryIndex(const Definition& definition)
 {
     for (const LogicalIndex& index : definition.logicalIndexes) {

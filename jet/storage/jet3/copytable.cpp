@@ -12,7 +12,6 @@ namespace jet::jet3 {
 
 namespace {
 
-constexpr std::uint8_t kPrimaryKey = 1;
 constexpr PageNumber kBatchPages = 4096; // written in one step, 16 MB
 constexpr int kMostBinaryBytes = 510;
 
