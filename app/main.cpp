@@ -8,6 +8,7 @@
 #include "journals/forms/frmhpos.h"
 #include "shell/forms/frmlogin.h"
 #include "shell/forms/frmmain.h"
+#include "shell/forms/hintcolor.h"
 #include "shell/forms/programfolders.h"
 #include "shell/forms/programicon.h"
 #include "shell/forms/qtfilechooser.h"
@@ -56,6 +57,7 @@ void setUp(QTranslator& translator)
         }
     }
     QApplication::setWindowIcon(shell::programIcon());
+    shell::keepHintsReadable(*qApp);
 }
 
 // The file to begin with: the one named, else the last one if it is still there.

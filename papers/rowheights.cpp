@@ -57,7 +57,8 @@ double sheetHeight(const Paper& paper)
         height = std::accumulate(part->begin(), part->end(), height);
     for (const QString& note : paper.notes)
         height += textHeight(note, across, kTablePoints);
-    return height + kUsualRow * static_cast<double>(1 + (paper.signatures.size() + 1) / 2 * 2);
+    const std::size_t linesOfSignatures = 1 + (paper.signatures.size() + 1) / 2 * 2;
+    return height + kUsualRow * static_cast<double>(linesOfSignatures);
 }
 
 double textHeight(const QString& text, double across, double points)

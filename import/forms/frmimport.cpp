@@ -22,6 +22,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
 #include <QTableView>
@@ -86,7 +87,8 @@ frmImport::frmImport(const ImportParts& parts, ListSource source,
     addChoices(*column);
     addTables(*column);
     addButtons(*column);
-    resize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 34);
+    const QSize roomy(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 44);
+    resize(roomy.boundedTo(screen()->availableSize() * 0.9));
     fillColumns();
     preview();
     m_columns->setFocus();
@@ -107,6 +109,7 @@ void frmImport::addChoices(QVBoxLayout& column)
     if (m_source.book == refbooks::Book::Students) {
         for (const refbooks::Choice& group : m_import->groups())
             m_group->addItem(group.text, group.key.value_or(0));
+        m_group->setPlaceholderText(u"(как в файле)"_s);
         m_group->setCurrentIndex(m_group->findData(m_source.group.value_or(0)));
         const QString group = m_parts.session.wording().isSchool() ? u"&Класс:"_s : u"&Группа:"_s;
         form->addRow(labelFor(group, m_group), m_group);
