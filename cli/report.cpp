@@ -3,7 +3,6 @@
 #include "cli/journalfile.h"
 #include "papers/workbook.h"
 #include "reports/worded.h"
-#include "sheets/writetable.h"
 #include "shell/settings.h"
 
 #include "data/convert.h"
@@ -117,7 +116,7 @@ void write(const papers::Document& document, const ReportOptions& options)
     if (!QDir().mkpath(output))
         throw Failure("папку нельзя создать: " + options.output);
     for (const papers::Document& part : reports::onePerPerson(document))
-        papers::writeWorkbook(part, QDir(output).filePath(sheets::fileName(part.name)));
+        papers::writeWorkbook(part, QDir(output).filePath(papers::fileName(part)));
 }
 
 void run(const ReportOptions& options, Streams streams)

@@ -3,6 +3,7 @@
 #include "data/convert.h"
 #include "papers/rowheights.h"
 #include "papers/workbookformats.h"
+#include "sheets/writetable.h"
 #include "sheets/xlsxbook.h"
 
 #include <algorithm>
@@ -280,6 +281,11 @@ private:
 };
 
 } // namespace
+
+QString fileName(const Document& document)
+{
+    return sheets::fileName(document.name);
+}
 
 void writeWorkbook(const Document& document, const QString& path, sheets::Existing existing)
 {

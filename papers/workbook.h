@@ -12,4 +12,7 @@ namespace papers {
 void writeWorkbook(const Document& document, const QString& path,
                    sheets::Existing existing = sheets::Existing::Keep);
 
+// The document's name without what file systems refuse, and ".xlsx".
+QString fileName(const Document& document);
+
 } // namespace papers

@@ -5,7 +5,6 @@
 #include "papers/forms/paperprinting.h"
 #include "papers/workbook.h"
 #include "reports/report.h"
-#include "sheets/writetable.h"
 #include "shell/forms/filechooser.h"
 #include "shell/forms/runcommand.h"
 #include "shell/forms/workprogress.h"
@@ -28,7 +27,7 @@ namespace {
 // Without what file systems refuse.
 QString baseName(const papers::Document& document)
 {
-    return QFileInfo(sheets::fileName(document.name)).completeBaseName();
+    return QFileInfo(papers::fileName(document)).completeBaseName();
 }
 
 QString newFolder(const QString& parent, const QString& name)
