@@ -86,7 +86,6 @@ private:
             result.reason = u"Строка справочника не отличается."_s;
             return result;
         }
-        m_undo.changing(m_session.database(), m_source.draft().book, key);
         return stored(result, RowOutcome::Updated);
     }
 
@@ -98,6 +97,9 @@ private:
             return refused(result, m_prompt.takeRefusal());
         try {
             m_source.createNamed();
+            // Only now: what is taken back goes backwards, and the row before the names it uses.
+            if (outcome == RowOutcome::Updated)
+                m_undo.changing(m_session.database(), draft.book, draft.key);
             const auto key = refbooks::storeRecord(m_session.database(), draft);
             if (outcome == RowOutcome::Added)
                 m_undo.added(draft.book, *key);

@@ -8,6 +8,7 @@
 #include "shell/session.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -49,8 +50,8 @@ std::optional<Book> bookBehind(Lookup lookup)
     }
 }
 
-// Below every key and every number that a list shows.
-constexpr int kToBeCreated = -1'000'000;
+// From here on, one for each field: keys that no counter gives.
+constexpr int kToBeCreated = std::numeric_limits<int>::min();
 
 // A new row that has but a name; nothing when its own book's check refuses it, as a name that is
 // too long.
@@ -174,7 +175,7 @@ QString RecordSource::nameMissing(int field, const QString& text)
         row = namedRow(m_session, maker->first, maker->second, text);
     if (!row)
         return u"В списке \"%1\" нет строки \"%2\"."_s.arg(info.name(), text);
-    const int key = kToBeCreated - field;
+    const int key = kToBeCreated + field;
     m_draft.choices[at].push_back({key, text});
     m_draft.values[at].choice = key;
     m_named.push_back({field, std::move(*row), text});

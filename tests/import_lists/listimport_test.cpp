@@ -149,6 +149,13 @@ TEST_F(ListImports, CreatesNamesThatNeedNothingElse)
     EXPECT_EQ(rows(groups), (QStringList{u"ИС-11 1 Орлов О.О."_s, u"ИС-21 2 Орлов О.О."_s}));
     EXPECT_TRUE(import->undo(prompt));
     EXPECT_EQ(rows(groups) + rows("SELECT * FROM SPPREP"), QStringList());
+
+    add("SPGRUP", {{"IDO", 1}, {"KURS", 2}, {"NAIM", "ИС-21"}});
+    choice.existing = ExistingRow::Update;
+    EXPECT_EQ(import->run(choice)->count(RowOutcome::Updated), 1);
+    EXPECT_EQ(rows(groups), (QStringList{u"ИС-11 1 Орлов О.О."_s, u"ИС-21 2 Орлов О.О."_s}));
+    EXPECT_TRUE(import->undo(prompt)) << "the row lets go of the name before the name goes";
+    EXPECT_EQ(rows(groups) + rows("SELECT * FROM SPPREP"), QStringList{u"ИС-21 2 -"_s});
 }
 
 TEST_F(ListImports, KnowsColumnsAsTheyWereChosenBefore)
