@@ -40,6 +40,7 @@ struct ReportOptions
     std::string to;
     std::optional<SubjectView> view;
     bool each = false;
+    bool balances = false;
 };
 
 const std::map<std::string, ReportKind>& kinds()
@@ -65,6 +66,7 @@ ReportRequest request(jet::Database& database, const ReportOptions& options)
     wanted.view = options.view.value_or(SubjectView::Current);
     wanted.month = {options.year, options.month};
     wanted.months = options.months.value_or(1);
+    wanted.balances = options.balances;
     if (!options.group.empty())
         wanted.group =
             journals::GroupId(static_cast<std::int32_t>(findGroup(database, options.group)));
@@ -103,6 +105,7 @@ void checkInputs(const ReportOptions& options)
     check("--discipline", Input::Discipline, !options.discipline.empty());
     check("--student", Input::Student, options.student != 0);
     check("--each", Input::Student, options.each);
+    check("--balances", Input::Balances, options.balances);
     check("--view", Input::View, options.view.has_value());
 }
 
@@ -171,6 +174,8 @@ void addReport(CLI::App& program, Streams streams)
                     "Для grades-subject. current: дни месяца, periodic: месяцы учебного года, "
                     "combined: все дисциплины группы")
         ->transform(CLI::CheckedTransformer(views));
+    command.app.add_flag("--balances", options.balances,
+                         "Для attendance: часы с 1 сентября на начало и конец месяца");
     command.app.add_flag("--each", options.each,
                          "Для card: отдельный файл на каждого студента, --output - папка");
     command.calls([streams](const ReportOptions& values) { run(values, streams); });

@@ -76,6 +76,8 @@ bool takes(const ReportRequest& request, Input input)
         return request.kind == ReportKind::Attendance || needsDiscipline(request);
     case Input::Student:
         return request.kind == ReportKind::Card;
+    case Input::Balances:
+        return request.kind == ReportKind::Attendance;
     case Input::View:
         return request.kind == ReportKind::GradesSubject;
     }

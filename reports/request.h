@@ -42,6 +42,7 @@ enum class Input {
     Discipline, // one; for the attendance statement also all
     Student,    // one, or all of the group
     View,       // SubjectView
+    Balances,   // whether hours since 1 September are wanted
 };
 
 struct ReportRequest
@@ -54,6 +55,7 @@ struct ReportRequest
     std::optional<journals::DisciplineId> discipline; // not given: all disciplines
     std::optional<journals::StudentId> student;       // not given: all students of the group
     SubjectView view = SubjectView::Current;
+    bool balances = false;
 };
 
 // The days that the months of the request cover. Requires a valid month.

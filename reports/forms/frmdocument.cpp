@@ -196,6 +196,7 @@ ReportRequest frmDocument::request() const
     if (takes(request, Input::Months))
         request.months = ui->spnMonths->value();
     request.period = {ui->DTPicker1->date(), ui->DTPicker2->date()};
+    request.balances = takes(request, Input::Balances) && ui->chkBalances->isChecked();
     if (takes(request, Input::Group))
         request.group = chosenKey<GroupId>(*ui->cboGroup);
     if (takes(request, Input::Discipline))
@@ -222,6 +223,7 @@ void frmDocument::refreshInputs()
         0, option() == DocumentOption::GradesSubject ? u"Выберите предмет"_s : u"Все предметы"_s);
     enable(Input::Student, {ui->lblStudent, ui->cboStudent});
     ui->chkEach->setEnabled(!ranking && takes(wanted, Input::Student) && !wanted.student);
+    enable(Input::Balances, {ui->chkBalances});
     enable(Input::View, {ui->Op2});
     ui->Op3->setEnabled(option() == DocumentOption::Truancy);
     ui->cmdCreate->setText(ranking ? u"О&ткрыть анализ"_s : u"Со&здать .xlsx"_s);

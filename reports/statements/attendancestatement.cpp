@@ -21,6 +21,7 @@ using journals::Absence;
 using journals::AbsenceState;
 using journals::AttendanceSheet;
 
+constexpr int kBalanceColumns = 2;
 constexpr double kDaysWidth = 161, kHoursWidth = 13, kShareWidth = 14; // mm
 constexpr double kTooMuch = 30; // percent of the hours missed without a good reason
 
@@ -31,10 +32,12 @@ struct AttendanceContent
     AttendanceSheet sheet;
     QString discipline; // empty: all
     int hours = 0;      // taught
+    bool balances = false;
 
     int days() const { return static_cast<int>(sheet.columns.size()); }
     int students() const { return static_cast<int>(sheet.students.size()); }
     int totalColumn() const { return kNumberColumns + days(); }
+    int balanceColumn() const { return totalColumn() + 4; }
     AttendanceFigures figures() const
     {
         return AttendanceFigures::ofGroup(students(), hours, sheet.monthTotal());
@@ -57,6 +60,11 @@ std::vector<Row> headOf(const AttendanceContent& content)
     head[0].push_back(heading(u"Посещ., %"_s, 1, 2));
     for (const QString& kind : {u"всего"_s, u"уваж."_s, u"неуваж."_s})
         head[1].push_back(heading(kind));
+    if (content.balances) {
+        head[0].push_back(heading(u"С 1 сентября, час."_s, kBalanceColumns));
+        for (const QString& day : {u"на начало"_s, u"на конец"_s})
+            head[1].push_back(heading(day));
+    }
     return head;
 }
 
@@ -92,6 +100,13 @@ Row studentRow(const AttendanceContent& content, std::size_t student)
     cells.push_back(hours(row.month.unexcused, Ink::Unexcused));
     cells.push_back(rateCell(AttendanceFigures::ofGroup(1, content.hours, row.month).attendance(),
                              shareFormula(content, line)));
+    if (content.balances) {
+        cells.push_back(hours(row.start.total()));
+        Cell end = hours(row.end().total());
+        end.formula =
+            place(content.balanceColumn(), line) + u'+' + place(content.totalColumn(), line);
+        cells.push_back(end);
+    }
     return cells;
 }
 
@@ -122,6 +137,13 @@ std::vector<Row> totalRows(const AttendanceContent& content)
     all.push_back(bold(rateCell(content.figures().attendance())));
     unexcused.push_back(sumCell(total.unexcused, last + 2, rows));
     unexcused.push_back(emptyCell(3));
+    if (content.balances) {
+        const Absence start = sheet.startTotal(), end = sheet.endTotal();
+        all.push_back(sumCell(start.total(), content.balanceColumn(), rows));
+        all.push_back(sumCell(end.total(), content.balanceColumn() + 1, rows));
+        unexcused.push_back(bold(hours(start.unexcused)));
+        unexcused.push_back(bold(hours(end.unexcused)));
+    }
     return {all, unexcused};
 }
 
@@ -174,7 +196,8 @@ QString disciplineText(const AttendanceContent& content)
 std::vector<Paper> attendanceStatement(const StatementSource& source, const ReportRequest& request,
                                        journals::GroupId group)
 {
-    AttendanceContent content{source, readGroup(source.database, group), {}, {}, 0};
+    AttendanceContent content{source, readGroup(source.database, group), {}, {}};
+    content.balances = request.balances;
     journals::AttendanceSelection selection;
     selection.group = group;
     selection.discipline = request.discipline;
@@ -192,6 +215,8 @@ std::vector<Paper> attendanceStatement(const StatementSource& source, const Repo
                         kDaysWidth / content.days());
     for (const double width : {kHoursWidth, kHoursWidth, kHoursWidth, kShareWidth})
         paper.widths.push_back(width);
+    if (content.balances) // wider than the page: all is set a little smaller
+        paper.widths.insert(paper.widths.end(), kBalanceColumns, kHoursWidth);
     paper.head = headOf(content);
     for (std::size_t student = 0; student < content.sheet.students.size(); ++student)
         paper.body.push_back(studentRow(content, student));

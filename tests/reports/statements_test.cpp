@@ -147,6 +147,14 @@ TEST_F(StatementTest, AttendanceOfAMonth)
               }));
 
     ReportRequest wanted = request(ReportKind::Attendance);
+    wanted.balances = true;
+    const papers::Paper more = make(wanted).papers.front();
+    EXPECT_EQ(lines(more)[1], u"0:2|1:Борисов Б. Б.|2:2|9:2|32:4|34:4|35:33,3|36:2|37:6"_s);
+    EXPECT_TRUE(lines(more)[3].endsWith(u"|36:2|37:8"_s));
+    EXPECT_EQ(more.body[1].back().formula, u"AK9+AG9"_s);
+    EXPECT_EQ(more.widths.size(), whole.widths.size() + 2);
+
+    wanted = request(ReportKind::Attendance);
     wanted.discipline = journals::DisciplineId{physics};
     const papers::Paper one = make(wanted).papers.front();
     EXPECT_EQ(papers::shownText(one.body[0][2]), u"X"_s); // no physics on the 1st

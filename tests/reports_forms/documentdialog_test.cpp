@@ -74,7 +74,8 @@ protected:
                                 {"Op2_0", u"вид"_s},
                                 {"Op3_0", u"прогулы"_s},
                                 {"DTPicker1", u"начало"_s},
-                                {"DTPicker2", u"конец"_s}};
+                                {"DTPicker2", u"конец"_s},
+                                {"chkBalances", u"часы"_s}};
         QStringList enabled;
         for (const Input& input : inputs)
             if (named<QWidget>(input.widget)->isEnabled())
@@ -108,7 +109,7 @@ TEST_F(DocumentDialog, EnablesWhatTheDocumentTakes)
         QString text, enabled;
     };
     const Case cases[] = {
-        {"Op1_0", u"Ведомость посещаемости за месяц"_s, u"месяц год группа предмет"_s},
+        {"Op1_0", u"Ведомость посещаемости за месяц"_s, u"месяц год группа предмет часы"_s},
         {"Op1_1", u"Ведомость успеваемости за месяц"_s, u"месяц год группа"_s},
         {"Op1_2", u"Ведомость успеваемости по предметам"_s, u"месяц год группа предмет вид"_s},
         {"Op2_1", u"Периодическая"_s, u"группа предмет вид"_s},
