@@ -6,6 +6,7 @@
 #include "app/windows.h"
 #include "demo/demo.h"
 #include "journals/forms/frmhpos.h"
+#include "shell/forms/datetyping.h"
 #include "shell/forms/frmlogin.h"
 #include "shell/forms/frmmain.h"
 #include "shell/forms/hintcolor.h"
@@ -58,6 +59,7 @@ void setUp(QTranslator& translator)
     }
     QApplication::setWindowIcon(shell::programIcon());
     shell::keepHintsReadable(*qApp);
+    shell::easeDateTyping(*qApp);
 }
 
 // The file to begin with: the one named, else the last one if it is still there.

@@ -61,10 +61,15 @@ QString skippedText(const LessonChoice& choice, const shell::Wording& wording)
         if (choice.missing[need] > 0)
             reasons << worded(wording, kMissing[need]) + u" — "_s
                            + QString::number(choice.missing[need]);
-    if (reasons.isEmpty())
-        return {};
-    return worded(wording, u"Пропущено занятий: %1 (%2)."_s)
-        .arg(QString::number(choice.lessons.size() - choice.complete), reasons.join(u", "_s));
+    QStringList sentences;
+    if (!reasons.isEmpty())
+        sentences << worded(wording, u"Пропущено занятий: %1 (%2)."_s)
+                         .arg(QString::number(choice.lessons.size() - choice.complete),
+                              reasons.join(u", "_s));
+    if (choice.ofProjects > 0)
+        sentences << worded(wording, u"Не импортируется занятий из проектов расписания: %1."_s)
+                         .arg(choice.ofProjects);
+    return sentences.join(u' ');
 }
 
 QString missingText(const LessonPlace& place, const shell::Wording& wording)

@@ -55,6 +55,7 @@ private:
 LessonChoice chooseLessons(const Timetable& timetable, const Period& period)
 {
     LessonChoice choice{.lessons = timetable.lessons(period), .places = {}, .shown = {}};
+    choice.ofProjects = timetable.lessonsOfProjects(period);
     const Places places(timetable);
     choice.places.reserve(choice.lessons.size());
     for (std::size_t row = 0; row < choice.lessons.size(); ++row) {

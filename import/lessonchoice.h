@@ -32,6 +32,7 @@ struct LessonChoice
     std::vector<std::size_t> shown;    // lessons of the preview
     std::size_t complete = 0;          // lessons that are imported
     std::array<int, kNeeds> missing{}; // lessons that are not, by what they lack first
+    std::int64_t ofProjects = 0;       // lessons of the period beside these, in other projects
 };
 
 // Throws jet::Error.

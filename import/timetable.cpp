@@ -30,6 +30,12 @@ const SourceFields& checkedFirst(jet::Database& database)
     return kSpecialities;
 }
 
+std::string within(const Period& period)
+{
+    return "((UROKI.DAT)>=" + data::toSql(period.from)
+           + ") and ((UROKI.DAT)<=" + data::toSql(period.to) + ")";
+}
+
 } // namespace
 
 std::unique_ptr<Timetable> Timetable::open(const QString& path, const QString& journalFile)
@@ -57,8 +63,7 @@ Timetable::~Timetable() = default;
 
 SourceTable Timetable::lessons(const Period& period) const
 {
-    const std::string inPeriod = "((UROKI.DAT)>=" + data::toSql(period.from)
-                                 + ") and ((UROKI.DAT)<=" + data::toSql(period.to) + ")";
+    const std::string inPeriod = within(period);
     const std::string condition =
         hasField(*m_database, kLessons.table, "IDR")
             ? " WHERE  (" + inPeriod
@@ -66,6 +71,14 @@ SourceTable Timetable::lessons(const Period& period) const
                     "((IsNull([UROKI].[IDR]))<>False))"
             : " WHERE " + inPeriod;
     return {*m_database, kLessons, condition + " ORDER BY UROKI.DAT"};
+}
+
+std::int64_t Timetable::lessonsOfProjects(const Period& period) const
+{
+    if (!hasField(*m_database, kLessons.table, "IDR"))
+        return 0;
+    return m_database->count("SELECT UROKI.DAT FROM UROKI WHERE " + within(period)
+                             + " AND ((UROKI.IDR)<>0);");
 }
 
 bool Timetable::isEmpty() const

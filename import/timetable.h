@@ -3,6 +3,7 @@
 #include "import/period.h"
 #include "import/sourcetable.h"
 
+#include <cstdint>
 #include <memory>
 
 namespace jet {
@@ -83,6 +84,9 @@ public:
     // By date: lessons of the period whose timetable project is 0, and lessons without a
     // project whatever their date. Throws jet::Error.
     SourceTable lessons(const Period& period) const;
+    // How many lessons of the period belong to other projects, which is why they are not among
+    // these. Throws jet::Error.
+    std::int64_t lessonsOfProjects(const Period& period) const;
 
     // Nothing could be imported, whatever the period.
     bool isEmpty() const;

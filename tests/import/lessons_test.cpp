@@ -209,13 +209,17 @@ TEST_F(LessonsImport, WhatIsSkippedIsSaid)
     place.workload = 0;
     source.lesson(place, {2024, 10, 2}, 3);
     source.lesson(place, {2024, 10, 2}, 4);
+    source.lesson(whole, {2024, 10, 2}, 5, 7); // of a project
+    source.lesson(whole, {2025, 10, 2}, 5, 7); // not in the period
     const auto timetable = imports::Timetable::open(source.path(), journal.path());
     const auto choice = imports::chooseLessons(*timetable, period);
     using shell::Institution;
     EXPECT_EQ(imports::skippedText(choice, shell::Wording()),
-              u"Пропущено занятий: 3 (нет преподавателя — 1, нет нагрузки — 2)."_s);
+              u"Пропущено занятий: 3 (нет преподавателя — 1, нет нагрузки — 2). "
+              "Не импортируется занятий из проектов расписания: 1."_s);
     EXPECT_EQ(imports::skippedText(choice, shell::Wording(Institution::School)),
-              u"Пропущено уроков: 3 (нет учителя — 1, нет нагрузки — 2)."_s);
+              u"Пропущено уроков: 3 (нет учителя — 1, нет нагрузки — 2). "
+              "Не импортируется уроков из проектов расписания: 1."_s);
     QStringList tables;
     for (const auto& line : imports::summary({}, shell::Wording(Institution::School)))
         tables << line.table;
