@@ -80,8 +80,7 @@ void BookList::load(jet::Database& database, const ListFilter& filter)
     for (ColumnTexts& column : cells)
         column.finish();
     if (m_book == Book::Lessons)
-        m_leftOut =
-            database.count("SELECT ID FROM UROKI;") - static_cast<std::int64_t>(keys.size());
+        m_leftOut = database.rowCount("UROKI") - static_cast<std::int64_t>(keys.size());
     m_keys = std::move(keys);
     m_cells = std::move(cells);
     m_kinds = std::move(kinds);

@@ -141,7 +141,7 @@ QAction* frmSPRAV::addCommand(std::string_view key, const QString& text)
         {"keyAdd", {u"Ins"_s}},         {"keyEdit", {u"Return"_s, u"Enter"_s, u"F2"_s}},
         {"keyCopy", {u"Ctrl+D"_s}},     {"keyDel", {u"Del"_s}},
         {"keyNagrLock", {u"Ctrl+L"_s}}, {"keyExport", {u"Ctrl+E"_s}},
-        {"keyRefresh", {u"F3"_s}},
+        {"keyRefresh", {u"F3"_s}},      {"keyImp", {u"Ctrl+I"_s}},
     };
     const QString name = keyName(key);
     auto* action = new QAction(shell::paletteIcon(u"book/"_s + name), text, this);
@@ -154,7 +154,7 @@ QAction* frmSPRAV::addCommand(std::string_view key, const QString& text)
         action->setShortcuts(keys);
         tip += u" ("_s + keys.first().toString(QKeySequence::NativeText) + u')';
     }
-    if (key == "keyRefresh" || key == "keyAdd") {
+    if (key == "keyRefresh" || key == "keyAdd" || key == "keyImp") {
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         addAction(action);
     } else {

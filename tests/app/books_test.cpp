@@ -88,7 +88,7 @@ TEST_F(Books, ShowTheRowsOfAnImportedList)
         QTest::keyClick(&dialog, Qt::Key_Return);
         QTest::keyClick(&dialog, Qt::Key_Escape);
     });
-    active()->findChild<QAction*>(u"keyImp"_s)->trigger();
+    QTest::keyClick(active()->findChild<QWidget*>(u"lvList"_s), Qt::Key_I, Qt::ControlModifier);
     const auto* rows = active()->findChild<QTableView*>(u"lvList"_s)->model();
     ASSERT_EQ(rows->rowCount(), 2);
     EXPECT_EQ(rows->index(0, 1).data(), u"Анина А.А."_s);

@@ -26,10 +26,7 @@ class AutoFinalsTest : public testing::Test
 protected:
     AutoFinalsTest()
     {
-        data::SettingsRow row = file.journal().settings();
-        row.yearBegin = year.from;
-        row.yearEnd = year.to;
-        data::writeSettingsRow(file.database(), row);
+        file.studyYear(year.from, year.to);
         request.group = GroupId{group};
         request.discipline = DisciplineId{maths};
         request.period = year;

@@ -1,6 +1,5 @@
 #include "journals/forms/frmavtor.h"
 
-#include "data/settingsrow.h"
 #include "journals/history.h"
 #include "shell/session.h"
 #include "tests/shell_forms/accessible.h"
@@ -30,11 +29,9 @@ class AutoFinalsDialog : public testing::Test
 protected:
     AutoFinalsDialog()
     {
-        data::SettingsRow row = file.journal().settings();
-        row.yearBegin = {2024, 9, 2};
-        row.yearEnd = {2025, 6, 30};
-        data::writeSettingsRow(file.database(), row);
-        file.workload(group, maths, row.yearBegin, row.yearEnd);
+        const QDate first(2024, 9, 2), last(2025, 6, 30);
+        file.studyYear(first, last);
+        file.workload(group, maths, first, last);
         for (const int student : {ivanov, petrov}) {
             file.grade(student, maths, {2024, 10, 8}, 5);
             file.grade(student, maths, {2024, 11, 12}, 4);

@@ -30,12 +30,8 @@ class StatementFiguresTest : public testing::Test
 protected:
     StatementFiguresTest()
     {
-        data::SettingsRow settings = data::readSettingsRow(file.database());
-        settings.useTimetable = true;
-        settings.hoursPerLesson = 2;
-        settings.yearBegin = QDate(2022, 9, 1);
-        settings.yearEnd = QDate(2023, 6, 30);
-        data::writeSettingsRow(file.database(), settings);
+        file.options(true, 2);
+        file.studyYear({2022, 9, 1}, {2023, 6, 30});
         jet::Transaction transaction(file.database());
         for (const char* name : {"А-1", "Б-2", "В-3"})
             groups.push_back(file.group(name));

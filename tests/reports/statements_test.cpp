@@ -33,12 +33,8 @@ class StatementTest : public testing::Test
 protected:
     StatementTest()
     {
-        data::SettingsRow settings = data::readSettingsRow(file.database());
-        settings.useTimetable = true;
-        settings.hoursPerLesson = 2;
-        settings.yearBegin = QDate(2022, 9, 1);
-        settings.yearEnd = QDate(2023, 6, 30);
-        data::writeSettingsRow(file.database(), settings);
+        file.options(true, 2);
+        file.studyYear({2022, 9, 1}, {2023, 6, 30});
         jet::Transaction transaction(file.database());
         fillLessons();
         fillAbsences();

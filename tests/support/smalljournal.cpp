@@ -111,6 +111,14 @@ void SmallJournal::options(bool useTimetable, int hoursPerLesson)
     data::writeSettingsRow(database(), row);
 }
 
+void SmallJournal::studyYear(QDate first, QDate last)
+{
+    data::SettingsRow row = m_journal->settings();
+    row.yearBegin = first;
+    row.yearEnd = last;
+    data::writeSettingsRow(database(), row);
+}
+
 int SmallJournal::group(const std::string& name)
 {
     return added(database(), "SPGRUP", {{"NAIM", name}});

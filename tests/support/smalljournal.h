@@ -37,6 +37,8 @@ public:
 
     // RASP: whether journals work from the lessons, and the hours of one lesson.
     void options(bool useTimetable, int hoursPerLesson);
+    // RASP: the study year.
+    void studyYear(QDate first, QDate last);
 
     int group(const std::string& name);
     // An empty order means enrolled; a subgroup below 0 is stored as NULL.
